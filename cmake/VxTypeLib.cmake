@@ -1,0 +1,41 @@
+# The type library is written once, in IDL, and widl makes from it both the .tlb that
+# the DLL embeds and the C++ header the classes implement.
+#
+# The IDL goes through the C preprocessor first (widl's own lacks variadic macros).
+# It is read twice:
+#   - for the type library, as written;
+#   - for the C++ header with VX_CPP_HEADER defined, which turns the enumerations into
+#     LONG typedefs and gives the records C++ names of their own, so that neither
+#     collides with the platform headers' macros and structures of the same names.
+
+find_program(VX_WIDL_EXE NAMES ${VX_WIDL} REQUIRED)
+find_program(VX_PERL_EXE NAMES perl REQUIRED)
+set(VX_WINE_IDL_DIR /usr/include/wine/wine/windows CACHE PATH "The .idl files of the Windows SDK (Debian package libwine-dev)")
+if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(_vx_widl_arch --win64)
+else()
+  set(_vx_widl_arch --win32)
+endif()
+# importlib only names stdole's types, so either word size's stdole2.tlb serves.
+set(VX_STDOLE_DIR /usr/lib/x86_64-linux-gnu/wine/x86_64-windows CACHE PATH "Folder holding stdole2.tlb for importlib (Debian package wine64)")
+
+# vx_typelib(<idl> <output name> DEPENDS <included fragments...>)
+# Produces <bin>/<name>.tlb, <bin>/<name>.h and <bin>/<name>_i.c.
+function(vx_typelib idl name)
+  cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
+  set(out ${CMAKE_CURRENT_BINARY_DIR})
+  get_filename_component(idl_dir ${idl} DIRECTORY)
+  set(cpp ${CMAKE_C_COMPILER} -E -P -x c -I${idl_dir})
+  set(widl ${VX_WIDL_EXE} ${_vx_widl_arch} -I${VX_WINE_IDL_DIR} -L${VX_STDOLE_DIR})
+  add_custom_command(
+    OUTPUT ${out}/${name}.tlb ${out}/${name}.h ${out}/${name}_i.c
+    COMMAND ${cpp} ${idl} -o ${out}/${name}.tlb.idl
+    COMMAND ${cpp} -DVX_CPP_HEADER ${idl} -o ${out}/${name}.h.idl
+    COMMAND ${widl} -t -o ${out}/${name}.tlb ${out}/${name}.tlb.idl
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-predeclid.pl ${out}/${name}.tlb
+    COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
+    COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
+    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-predeclid.pl
+    COMMENT "Type library ${name} (widl)"
+    VERBATIM)
+endfunction()

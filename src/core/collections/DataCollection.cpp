@@ -1,0 +1,70 @@
+#include "core/collections/DataCollection.h"
+
+#include "core/collections/ListCollection.h"
+#include "core/runtime/Convert.h"
+#include "core/runtime/Errors.h"
+
+namespace vx {
+
+void DataCollection::letValue(Slot slot, const VARIANT& value) { values_[slot] = vx::letValue(value); }
+
+void DataCollection::setKey(std::wstring_view key) { key_ = Bstr(key); }
+
+HRESULT DataCollection::get_sKey(BSTR* value) {
+    if (!value) return E_POINTER;
+    *value = nullptr;
+    return guard([&] { *value = Bstr(key_).detach(); });
+}
+
+HRESULT DataCollection::put_sKey(BSTR value) {
+    return guard([&] { setKey(viewOf(value)); });
+}
+
+HRESULT DataCollection::getValue(Slot slot, VARIANT* value) {
+    if (!value) return E_POINTER;
+    VariantInit(value);
+    return guard([&] { Variant(values_[slot]).detachTo(value); });
+}
+
+HRESULT DataCollection::putValue(Slot slot, const VARIANT& value) {
+    return guard([&] { letValue(slot, value); });
+}
+
+HRESULT DataCollection::putRefValue(Slot slot, const VARIANT& value) {
+    return guard([&] {
+        // Set stores the object reference itself (Nothing included).
+        if (!isObject(value)) raise(err::ObjectRequired);
+        values_[slot] = Variant::copyOf(value);
+    });
+}
+
+_Ds_ListCollection* DataCollection::nestedList() {
+    if (!nested_) nested_ = ComPtr<_Ds_ListCollection>(ListCollection::create().get());
+    return nested_.get();
+}
+
+HRESULT DataCollection::get_AddItem(_Ds_ListCollection** value) {
+    if (!value) return E_POINTER;
+    *value = nullptr;
+    return guard([&] {
+        _Ds_ListCollection* list = nestedList();
+        list->AddRef();
+        *value = list;
+    });
+}
+
+HRESULT DataCollection::putref_AddItem(_Ds_ListCollection* value) {
+    return guard([&] { nested_ = ComPtr<_Ds_ListCollection>(value); });
+}
+
+HRESULT DataCollection::Count(VARIANT* count) {
+    if (!count) return E_POINTER;
+    VariantInit(count);
+    return guard([&] {
+        LONG n = 0;
+        check(nestedList()->get_Count(&n));
+        Variant::fromLong(n).detachTo(count);
+    });
+}
+
+}  // namespace vx

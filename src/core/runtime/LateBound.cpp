@@ -1,0 +1,108 @@
+#include "core/runtime/LateBound.h"
+
+#include "core/runtime/Errors.h"
+
+#include <objbase.h>
+
+#include <algorithm>
+#include <string>
+
+namespace vx {
+
+LateBound::LateBound(const VARIANT& v) {
+    IDispatch* d = dispatchOf(v);
+    if (!d) raise(isObject(v) ? err::ObjectNotSet : err::ObjectRequired);
+    object_ = ComPtr<IDispatch>(d);
+}
+
+LateBound LateBound::create(std::wstring_view progId) {
+    std::wstring id(progId);
+    CLSID clsid;
+    HRESULT hr = id.size() && id[0] == L'{' ? CLSIDFromString(id.c_str(), &clsid) : CLSIDFromProgID(id.c_str(), &clsid);
+    if (FAILED(hr)) raise(err::CannotCreateObject);
+    ComPtr<IDispatch> d;
+    hr = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
+                          reinterpret_cast<void**>(d.put()));
+    if (FAILED(hr)) raise(err::CannotCreateObject);
+    LateBound r;
+    r.object_ = std::move(d);
+    return r;
+}
+
+LateBound LateBound::bind(std::wstring_view moniker) {
+    std::wstring name(moniker);
+    ComPtr<IDispatch> d;
+    check(CoGetObject(name.c_str(), nullptr, IID_IDispatch, reinterpret_cast<void**>(d.put())));
+    LateBound r;
+    r.object_ = std::move(d);
+    return r;
+}
+
+Variant LateBound::call(std::wstring_view name, std::vector<Variant> args) const {
+    return invoke(name, DISPATCH_METHOD | DISPATCH_PROPERTYGET, args);
+}
+
+Variant LateBound::get(std::wstring_view name, std::vector<Variant> args) const {
+    return invoke(name, DISPATCH_PROPERTYGET, args);
+}
+
+void LateBound::put(std::wstring_view name, const Variant& value) const {
+    std::vector<Variant> args{value};
+    invoke(name, DISPATCH_PROPERTYPUT, args);
+}
+
+void LateBound::putRef(std::wstring_view name, const Variant& value) const {
+    std::vector<Variant> args{value};
+    invoke(name, DISPATCH_PROPERTYPUTREF, args);
+}
+
+Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const {
+    if (!object_) raise(err::ObjectNotSet);
+    std::wstring n(name);
+    LPOLESTR names[1] = {&n[0]};
+    DISPID id = DISPID_UNKNOWN;
+    if (FAILED(object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) raise(err::NotSupported);
+    return invoke(object_.get(), id, flags, args);
+}
+
+Variant LateBound::invoke(IDispatch* object, DISPID id, WORD flags, std::vector<Variant>& args) {
+    if (!object) raise(err::ObjectNotSet);
+    // IDispatch takes its arguments last first.
+    std::vector<VARIANT> reversed(args.size());
+    for (size_t i = 0; i < args.size(); ++i) reversed[args.size() - 1 - i] = *args[i].get();
+    DISPID putId = DISPID_PROPERTYPUT;
+    DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
+    if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
+        params.rgdispidNamedArgs = &putId;
+        params.cNamedArgs = 1;
+    }
+    Variant result;
+    EXCEPINFO ei{};
+    UINT argErr = 0;
+    HRESULT hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result.put(), &ei, &argErr);
+    // The Variants in args still own their contents; the copies in reversed were shallow.
+    if (SUCCEEDED(hr)) return result;
+    if (hr == DISP_E_EXCEPTION) {
+        if (ei.pfnDeferredFillIn) ei.pfnDeferredFillIn(&ei);
+        HRESULT code = ei.scode ? ei.scode : runtimeHresult(ei.wCode);
+        std::wstring description(viewOf(ei.bstrDescription)), source(viewOf(ei.bstrSource));
+        SysFreeString(ei.bstrDescription);
+        SysFreeString(ei.bstrSource);
+        SysFreeString(ei.bstrHelpFile);
+        throw ComError(code, std::move(description), std::move(source));
+    }
+    switch (hr) {
+    case DISP_E_MEMBERNOTFOUND:
+    case DISP_E_UNKNOWNNAME: raise(err::NotSupported);
+    case DISP_E_TYPEMISMATCH: raise(err::TypeMismatch);
+    case DISP_E_OVERFLOW: raise(err::Overflow);
+    case DISP_E_BADPARAMCOUNT: raise(err::WrongArgumentCount);
+    case DISP_E_PARAMNOTOPTIONAL: raise(err::ArgumentNotOptional);
+    case DISP_E_PARAMNOTFOUND: raise(err::NamedArgumentNotFound);
+    case DISP_E_NONAMEDARGS: raise(446);
+    default: check(hr);
+    }
+    return result;
+}
+
+}  // namespace vx

@@ -1,0 +1,30 @@
+#include "core/server/Roster.h"
+
+#include "Vx_Main.h"
+#include "core/collections/DataCollection.h"
+#include "core/collections/ListCollection.h"
+
+#include <iterator>
+
+namespace vx {
+
+namespace {
+
+// One line a class, in the order of the coclasses in Vx_Main.idl.
+const ClassEntry roster[] = {
+    {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
+    {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
+};
+
+}  // namespace
+
+const ClassEntry* rosterBegin() noexcept { return std::begin(roster); }
+const ClassEntry* rosterEnd() noexcept { return std::end(roster); }
+
+const ClassEntry* findClass(REFCLSID clsid) noexcept {
+    for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c)
+        if (IsEqualCLSID(*c->clsid, clsid)) return c;
+    return nullptr;
+}
+
+}  // namespace vx
