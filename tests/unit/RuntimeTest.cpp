@@ -210,3 +210,11 @@ TEST(MessageLoop, OneYieldProcessesEveryPendingMessage) {
     EXPECT_EQ(yieldCount(), before + 2);
     DestroyWindow(h);
 }
+
+TEST(LateBound, BindsObjectsByMoniker) {
+    LateBound wmi = LateBound::bind(L"winmgmts:");
+    ASSERT_TRUE(wmi);
+    Variant systems = wmi.call(L"ExecQuery", {Variant::fromText(L"SELECT * FROM Win32_OperatingSystem")});
+    EXPECT_GE(vxtest::longOf(LateBound(*systems).get(L"Count")), 1);
+    EXPECT_THROW(LateBound::bind(L"nosuchmoniker:anything"), ComError);
+}
