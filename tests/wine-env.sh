@@ -1,14 +1,24 @@
 #!/bin/bash
-# Runs a Windows program under 64-bit Wine in the test prefix of the build folder,
-# with the environment pinned so that every machine formats the same way:
+# Runs a Windows program under Wine in the test prefix of the build folder, with the
+# environment pinned so that every machine formats the same way:
 #   wine-env.sh [--lang LANG] program.exe args...
 # The prefix (never ~/.wine) is created on first use. VX_WINEPREFIX names it;
-# VX_WINE_LOADER the loader (the 64-bit one by default).
+# VX_WINE_ARCH the word size: win64 (the default) runs the 64-bit loader, win32 the
+# 32-bit one, inside tests/win32/w32ns.sh (the machine runs 32-bit programs only through
+# qemu-i386). VX_WINE_LOADER overrides the loader.
 set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+case ${VX_WINE_ARCH:-win64} in
+  win64) loader=${VX_WINE_LOADER:-/usr/lib/wine/wine64} ;;
+  win32)
+    [ -n "${VX_W32NS:-}" ] || exec "$here/win32/w32ns.sh" "$0" "$@"
+    loader=${VX_WINE_LOADER:-/usr/lib/wine/wine}
+    export WINEARCH=win32 ;;
+  *) echo "wine-env.sh: VX_WINE_ARCH must be win64 or win32" >&2; exit 2 ;;
+esac
 lang=en_US.UTF-8
 if [ "${1:-}" = "--lang" ]; then lang=$2; shift 2; fi
 : "${VX_WINEPREFIX:?VX_WINEPREFIX must name the test prefix}"
-loader=${VX_WINE_LOADER:-/usr/lib/wine/wine64}
 export WINEPREFIX=$VX_WINEPREFIX
 export WINEDEBUG=${WINEDEBUG:--all}
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"mscoree,mshtml,winemenubuilder.exe="}
@@ -28,7 +38,22 @@ if [ ! -f "$WINEPREFIX/system.reg" ]; then
 fi
 # One wineserver, with Wine's own background programs, serves the whole run: kept alive
 # between programs, it saves the seconds each would spend starting them. They are
-# started detached from this program's output, so that nobody waits on them.
-"${loader%/*}/wineserver" -p30 </dev/null >/dev/null 2>&1 || true
-"${locale_env[@]}" "$loader" cmd.exe /c exit </dev/null >/dev/null 2>&1 || true
-exec "${locale_env[@]}" "$loader" "$@"
+# started detached from this program's output, so that nobody waits on them. The
+# wineserver exits with 2 when it is running already; the lock keeps a program from
+# starting the background programs itself while another sets them up.
+(
+  flock 9
+  if "${loader%/*}/wineserver" -p30 </dev/null >/dev/null 2>&1 9>&-; then
+    "${locale_env[@]}" "$loader" cmd.exe /c exit </dev/null >/dev/null 2>&1 9>&- || true
+  fi
+) 9>"$WINEPREFIX.lock"
+# Programs a test starts may outlive it (a COM surrogate, the desktop window): they
+# inherit its output, and whoever reads that output would wait for them. So the program
+# writes to files, shown once it has ended.
+out=$(mktemp -d "${TMPDIR:-/tmp}/vx-wine.XXXXXX")
+trap 'rm -rf "$out"' EXIT
+rc=0
+"${locale_env[@]}" "$loader" "$@" >"$out/stdout" 2>"$out/stderr" || rc=$?
+cat "$out/stdout"
+cat "$out/stderr" >&2
+exit $rc
