@@ -49,11 +49,19 @@ fi
 ) 9>"$WINEPREFIX.lock"
 # Programs a test starts may outlive it (a COM surrogate, the desktop window): they
 # inherit its output, and whoever reads that output would wait for them. So the program
-# writes to files, shown once it has ended.
+# writes to files, which are shown as they grow until the program itself has ended.
 out=$(mktemp -d "${TMPDIR:-/tmp}/vx-wine.XXXXXX")
 trap 'rm -rf "$out"' EXIT
+: >"$out/stdout"
+: >"$out/stderr"
+exec 3<&0
+"${locale_env[@]}" "$loader" "$@" <&3 >"$out/stdout" 2>"$out/stderr" 3<&- &
+program=$!
+exec 3<&-
+tail -q -s 0.1 -n +1 -f --pid=$program "$out/stdout" </dev/null &
+shown=$!
+tail -q -s 0.1 -n +1 -f --pid=$program "$out/stderr" </dev/null >&2 &
 rc=0
-"${locale_env[@]}" "$loader" "$@" >"$out/stdout" 2>"$out/stderr" || rc=$?
-cat "$out/stdout"
-cat "$out/stderr" >&2
+wait $program || rc=$?
+wait $shown $! || true
 exit $rc
