@@ -54,7 +54,7 @@ out=$(mktemp -d "${TMPDIR:-/tmp}/vx-wine.XXXXXX")
 trap 'rm -rf "$out"' EXIT
 : >"$out/stdout"
 : >"$out/stderr"
-exec 3<&0
+{ exec 3<&0; } 2>/dev/null || exec 3</dev/null   # (a run may have no standard input)
 "${locale_env[@]}" "$loader" "$@" <&3 >"$out/stdout" 2>"$out/stderr" 3<&- &
 program=$!
 exec 3<&-
