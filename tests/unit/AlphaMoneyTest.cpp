@@ -18,29 +18,29 @@ namespace {
 
 std::wstring say(double amount) { return AlphaMoney::create()->convert(amount); }
 
-std::wstring ones(int n) { return fa(L"ones" + std::to_wstring(n)); }
-std::wstring tens(int n) { return fa(L"tens" + std::to_wstring(n)); }
-std::wstring hundreds(int n) { return fa(L"hundreds" + std::to_wstring(n)); }
-const std::wstring A = fa(L"and");
-const std::wstring T = fa(L"thousand");
-const std::wstring M = fa(L"million");
-const std::wstring B = fa(L"milliard");
+std::wstring ones(int n) { return fa(L"money.ones" + std::to_wstring(n)); }
+std::wstring tens(int n) { return fa(L"money.tens" + std::to_wstring(n)); }
+std::wstring hundreds(int n) { return fa(L"money.hundreds" + std::to_wstring(n)); }
+const std::wstring A = fa(L"money.and");
+const std::wstring T = fa(L"money.thousand");
+const std::wstring M = fa(L"money.million");
+const std::wstring B = fa(L"money.milliard");
 
 }  // namespace
 
 TEST(AlphaMoney, WordTables) {
-    EXPECT_EQ(say(0), fa(L"zero"));
+    EXPECT_EQ(say(0), fa(L"money.zero"));
     for (int n = 1; n <= 19; ++n) EXPECT_EQ(say(n), ones(n)) << n;
     for (int t = 2; t <= 9; ++t) EXPECT_EQ(say(t * 10), tens(t)) << t * 10;
     for (int h = 1; h <= 9; ++h) EXPECT_EQ(say(h * 100), hundreds(h)) << h * 100;
 }
 
 TEST(AlphaMoney, ThreeDigitGroups) {
-    EXPECT_EQ(say(21), fa(L"say21"));  // two blanks: the tens word's own and the joining word's
+    EXPECT_EQ(say(21), fa(L"money.say21"));  // two blanks: the tens word's own and the joining word's
     EXPECT_EQ(say(21), tens(2) + A + ones(1));
     EXPECT_EQ(say(50), tens(5));
     EXPECT_EQ(say(50)[0], L' ');  // the leading blank of fifty stays
-    EXPECT_EQ(say(105), fa(L"say105"));
+    EXPECT_EQ(say(105), fa(L"money.say105"));
     EXPECT_EQ(say(110), hundreds(1) + A + ones(10));
     EXPECT_EQ(say(119), hundreds(1) + A + ones(19));
     EXPECT_EQ(say(120), hundreds(1) + A + tens(2));
@@ -50,7 +50,7 @@ TEST(AlphaMoney, ThreeDigitGroups) {
 
 TEST(AlphaMoney, ThousandsRoundTheRemainderAndTruncateTheThousands) {
     EXPECT_EQ(say(1000), ones(1) + T);
-    EXPECT_EQ(say(2500), fa(L"say2500"));
+    EXPECT_EQ(say(2500), fa(L"money.say2500"));
     EXPECT_EQ(say(999999), hundreds(9) + A + tens(9) + A + ones(9) + T + A + hundreds(9) + A + tens(9) + A + ones(9));
     EXPECT_EQ(say(20020), tens(2) + T + A + tens(2));
     EXPECT_EQ(say(1000.5), ones(1) + T);             // 1000.5 rounds half to even: no remainder
@@ -60,8 +60,8 @@ TEST(AlphaMoney, ThousandsRoundTheRemainderAndTruncateTheThousands) {
 }
 
 TEST(AlphaMoney, Millions) {
-    EXPECT_EQ(say(1000000), fa(L"say1000000"));
-    EXPECT_EQ(say(2500000), fa(L"say2500000"));
+    EXPECT_EQ(say(1000000), fa(L"money.say1000000"));
+    EXPECT_EQ(say(2500000), fa(L"money.say2500000"));
     EXPECT_EQ(say(1000001), ones(1) + M + A + ones(1));
     EXPECT_EQ(say(1001000), ones(1) + M + A + ones(1) + T);
     EXPECT_EQ(say(1001001), ones(1) + M + A + ones(1) + T + A + ones(1));
@@ -70,7 +70,7 @@ TEST(AlphaMoney, Millions) {
 }
 
 TEST(AlphaMoney, MilliardsWriteOnlyFourShapes) {
-    EXPECT_EQ(say(1000000000), fa(L"say1000000000"));
+    EXPECT_EQ(say(1000000000), fa(L"money.say1000000000"));
     EXPECT_EQ(say(2003000000), ones(2) + B + A + ones(3) + M);
     EXPECT_EQ(say(2003004000), ones(2) + B + A + ones(3) + M + A + ones(4) + T);
     EXPECT_EQ(say(2003004005), ones(2) + B + A + ones(3) + M + A + ones(4) + T + A + ones(5));
@@ -83,7 +83,7 @@ TEST(AlphaMoney, MilliardsWriteOnlyFourShapes) {
 }
 
 TEST(AlphaMoney, OutOfRangeAndBetweenRanges) {
-    const std::wstring outOfRange = fa(L"outofrange");
+    const std::wstring outOfRange = fa(L"money.outofrange");
     EXPECT_EQ(say(1000000000000.0), outOfRange);
     EXPECT_EQ(say(999999999999.5), outOfRange);
     EXPECT_EQ(say(1e300), outOfRange);
@@ -91,7 +91,7 @@ TEST(AlphaMoney, OutOfRangeAndBetweenRanges) {
     for (double x : {-5.0, -0.5, -1e12, 0.5, 0.999, 999.5, 999.9, 999999.5, 999999999.5})
         EXPECT_EQ(say(x), L"") << x;
     EXPECT_EQ(say(std::nan("")), L"");
-    EXPECT_EQ(say(-0.0), fa(L"zero"));
+    EXPECT_EQ(say(-0.0), fa(L"money.zero"));
 }
 
 TEST(AlphaMoney, UnitsRoundHalfToEven) {
@@ -150,13 +150,13 @@ TEST(AlphaMoney, PropertiesReplaceTheScaleAndJoiningWords) {
     EXPECT_EQ(value.length(), 3u);
     EXPECT_EQ(m->put_AlphaAnd(nullptr), E_POINTER);
     // Each object keeps its own words.
-    EXPECT_EQ(say(21), fa(L"say21"));
+    EXPECT_EQ(say(21), fa(L"money.say21"));
 }
 
 TEST(AlphaMoney, ByNameAsAHostCallsIt) {
     auto m = vxtest::createObject(CLSID_Ds_AlphaMoney);
-    EXPECT_EQ(textOf(call(m.get(), L"ConvertAlphaMoney", {Variant::fromLong(2500)}).value), fa(L"say2500"));
-    EXPECT_EQ(textOf(call(m.get(), L"ConvertAlphaMoney", {Variant::fromText(L"21")}).value), fa(L"say21"));
+    EXPECT_EQ(textOf(call(m.get(), L"ConvertAlphaMoney", {Variant::fromLong(2500)}).value), fa(L"money.say2500"));
+    EXPECT_EQ(textOf(call(m.get(), L"ConvertAlphaMoney", {Variant::fromText(L"21")}).value), fa(L"money.say21"));
     EXPECT_EQ(call(m.get(), L"ConvertAlphaMoney", {Variant::fromText(L"lots")}).errorNumber(), 13);
     EXPECT_EQ(call(m.get(), L"ConvertAlphaMoney", {Variant::null()}).errorNumber(), 13);  // the dispatch conversion's
     EXPECT_EQ(textOf(vxtest::get(m.get(), L"AlphaThousand").value), T);
