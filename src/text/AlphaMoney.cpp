@@ -133,6 +133,7 @@ std::wstring AlphaMoney::convert(double amount) const {
     const std::wstring& B = milliard_;
     auto W = [this](int n) { return threeDigitWords(n); };
 
+    if (std::isnan(amount)) return L"";
     if (amount == 0) return zeroWord;
     if (amount >= 1 && amount <= 999) return W(roundToInt16(amount));
     if (amount >= 1000 && amount <= 999999) {

@@ -32,13 +32,22 @@ VARTYPE referencedType(ITypeInfo* info, const TYPEDESC& type) {
     }
 }
 
+size_t valueSize(VARTYPE type) {
+    switch (type) {
+    case VT_I1: case VT_UI1: return 1;
+    case VT_I2: case VT_UI2: case VT_BOOL: return 2;
+    case VT_I4: case VT_UI4: case VT_INT: case VT_UINT: case VT_R4: return 4;
+    default: return 8;  // VT_I8, VT_UI8, VT_R8, VT_CY, VT_DATE
+    }
+}
+
 bool sameValue(const VARIANT& a, const VARIANT& b) {
     if (V_VT(&a) != V_VT(&b)) return false;
     if (V_VT(&a) == VT_BSTR) {
         const UINT n = SysStringLen(V_BSTR(&a));
         return n == SysStringLen(V_BSTR(&b)) && (n == 0 || std::memcmp(V_BSTR(&a), V_BSTR(&b), n * sizeof(OLECHAR)) == 0);
     }
-    return std::memcmp(&V_UI8(&a), &V_UI8(&b), sizeof(ULONGLONG)) == 0;
+    return std::memcmp(&V_UI1(&a), &V_UI1(&b), valueSize(V_VT(&a))) == 0;
 }
 
 }  // namespace
