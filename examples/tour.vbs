@@ -41,4 +41,35 @@ On Error GoTo 0
 people.Clear
 Show "after Clear", people.Count & " records"
 WScript.Echo ""
+' ---- Shamsi and Miladi dates ----
+WScript.Echo "Ds_Calendar: Shamsi (Solar Hijri) and Miladi (Gregorian) dates"
+Dim cal, inWords
+Set cal = CreateObject("Vx_Main.Ds_Calendar")
+Show "Shamsi 1385/05/12 is Miladi", cal.MiladyDate("1385/05/12")
+Show "Shamsi 1385/02/31 (no Gregorian date, read by its parts)", cal.MiladyDate("1385/02/31")
+Show "Shamsi 1403/01/01 in the host's short-date format", cal.MiladyDate("1403/01/01", True)
+Show "Miladi 2006/08/03 is Shamsi", cal.ShamsiDate("2006/08/03")
+Show "ConvertDateFormat(""2024/03/20"", GoHejryDate = 1)", cal.ConvertDateFormat("2024/03/20", 1)
+Show "Miladi 2021/04/01 (the century stays 13)", cal.ShamsiDate("2021/04/01")
+Call cal.ShamsiDate("2006/08/03", "", inWords)
+Show "the same date in Persian words (" & Len(inWords) & " characters)", inWords
+On Error Resume Next
+Call cal.ShamsiDate("not a date")
+Show "ShamsiDate(""not a date"")", "Err.Number " & Err.Number & " (" & Err.Description & ")"
+Err.Clear
+On Error GoTo 0
+WScript.Echo ""
+
+' ---- Amounts in Persian words ----
+WScript.Echo "Ds_AlphaMoney: an amount from 0 to 999,999,999,999 in Persian words"
+Dim money
+Set money = CreateObject("Vx_Main.Ds_AlphaMoney")
+Show "2500", money.ConvertAlphaMoney(2500)
+Show "2,500,000", money.ConvertAlphaMoney(2500000)
+Show "1,000,000,000,000 (out of range)", money.ConvertAlphaMoney(1000000000000)
+money.AlphaThousand = " thousand"
+money.AlphaAnd = " and "
+Show "2500 with AlphaThousand and AlphaAnd replaced", money.ConvertAlphaMoney(2500)
+WScript.Echo "  (a console without Persian letters shows them as question marks)"
+WScript.Echo ""
 WScript.Echo "End of tour."

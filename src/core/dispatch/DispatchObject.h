@@ -11,6 +11,7 @@
 //   };
 #include "core/dispatch/ErrorBoundary.h"
 #include "core/dispatch/TypeLibrary.h"
+#include "core/dispatch/TypedReferences.h"
 #include "core/runtime/ComPtr.h"
 #include "core/server/Module.h"
 
@@ -93,7 +94,9 @@ public:
         if (!ti) return E_UNEXPECTED;
         clearLastError();
         ComPtr<Derived> keepAlive(static_cast<Derived*>(this));  // a member may drop the host's last reference
-        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, params, result, excepInfo, argErr);
+        TypedReferences references(ti, id, flags, params);  // host variables for typed by-reference parameters
+        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, references.params(), result, excepInfo, argErr);
+        references.writeBack();
         return finishInvoke(hr, excepInfo);
     }
 

@@ -3,6 +3,8 @@
 #include "Vx_Main.h"
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
+#include "text/AlphaMoney.h"
+#include "text/Calendar.h"
 
 #include <iterator>
 
@@ -14,6 +16,8 @@ namespace {
 const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
+    {&CLSID_Ds_Calendar, L"Ds_Calendar", Instancing::Global, &createInstance<Calendar>},
+    {&CLSID_Ds_AlphaMoney, L"Ds_AlphaMoney", Instancing::Global, &createInstance<AlphaMoney>},
 };
 
 }  // namespace
