@@ -3,6 +3,7 @@
 #include "Vx_Main.h"
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
+#include "text/MyVaribleFunction.h"
 
 #include <iterator>
 
@@ -14,6 +15,7 @@ namespace {
 const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
+    {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
 };
 
 }  // namespace
