@@ -4,6 +4,7 @@
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
 #include "text/MyVaribleFunction.h"
+#include "text/SysTime.h"
 
 #include <iterator>
 
@@ -16,6 +17,7 @@ const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
     {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
+    {&CLSID_Ds_SysTime, L"Ds_SysTime", Instancing::Global, &createInstance<SysTime>},
 };
 
 }  // namespace
