@@ -5,6 +5,8 @@
 #include "core/collections/ListCollection.h"
 #include "text/AlphaMoney.h"
 #include "text/Calendar.h"
+#include "text/MyVaribleFunction.h"
+#include "text/SysTime.h"
 
 #include <iterator>
 
@@ -18,6 +20,8 @@ const ClassEntry roster[] = {
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
     {&CLSID_Ds_Calendar, L"Ds_Calendar", Instancing::Global, &createInstance<Calendar>},
     {&CLSID_Ds_AlphaMoney, L"Ds_AlphaMoney", Instancing::Global, &createInstance<AlphaMoney>},
+    {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
+    {&CLSID_Ds_SysTime, L"Ds_SysTime", Instancing::Global, &createInstance<SysTime>},
 };
 
 }  // namespace
