@@ -3,6 +3,13 @@
 #include "Vx_Main.h"
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
+#include "registry/Reg.h"
+#include "registry/RegEnumKey.h"
+#include "registry/RegEnumValue.h"
+#include "registry/RegKey.h"
+#include "registry/RegKeys.h"
+#include "registry/RegValue.h"
+#include "registry/RegValues.h"
 
 #include <iterator>
 
@@ -14,6 +21,13 @@ namespace {
 const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
+    {&CLSID_clsReg, L"clsReg", Instancing::Global, &createInstance<Reg>},
+    {&CLSID_cRegKey, L"cRegKey", Instancing::Dependent, &createInstance<RegKey>},
+    {&CLSID_cRegKeys, L"cRegKeys", Instancing::Dependent, &createInstance<RegKeys>},
+    {&CLSID_cRegValue, L"cRegValue", Instancing::Dependent, &createInstance<RegValue>},
+    {&CLSID_cRegValues, L"cRegValues", Instancing::Dependent, &createInstance<RegValues>},
+    {&CLSID_cRegEnumKey, L"cRegEnumKey", Instancing::Dependent, &createInstance<RegEnumKeyList>},
+    {&CLSID_cRegEnumValue, L"cRegEnumValue", Instancing::Dependent, &createInstance<RegEnumValueList>},
 };
 
 }  // namespace
