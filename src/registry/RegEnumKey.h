@@ -8,6 +8,11 @@
 
 namespace vx {
 
+// The lists a host hands to the registry collections: the object asked as the list type
+// (Nothing stays Nothing); an object of another kind is error 13.
+ComPtr<_cRegKeys> keysList(IUnknown* given);
+ComPtr<_cRegValues> valuesList(IUnknown* given);
+
 class RegEnumKeyList : public DispatchObject<RegEnumKeyList, _cRegEnumKey> {
 public:
     static const CLSID& classId() noexcept { return CLSID_cRegEnumKey; }

@@ -1,14 +1,18 @@
 #include "registry/RegEnumValue.h"
 
+#include "registry/RegEnumKey.h"
+
 namespace vx {
 
 HRESULT RegEnumValueList::Add(_cRegKeys* MyListKey, _cRegValues* MyListValue, BSTR SubKey) {
     return guard([&] {
         // One after the other: a name already present fails at the key lists, after the
         // name went in, and leaves the names one longer.
+        ComPtr<_cRegKeys> keys = keysList(MyListKey);
+        ComPtr<_cRegValues> values = valuesList(MyListValue);
         names_.add(Bstr(viewOf(SubKey)));
-        keyLists_.add(ComPtr<_cRegKeys>(MyListKey), viewOf(SubKey));
-        valueLists_.add(ComPtr<_cRegValues>(MyListValue), viewOf(SubKey));
+        keyLists_.add(keys, viewOf(SubKey));
+        valueLists_.add(values, viewOf(SubKey));
     });
 }
 

@@ -113,6 +113,13 @@ TEST(RegCollections, EnumValueRemoveAndCountWorkOnTheKeyListsAlone) {
     EXPECT_EQ(countOf(lists.get()), 1);
     EXPECT_EQ(textOf(call(lists.get(), L"Item", {num(3)}).value), L"Second");
 
+    // A list of another kind is refused before anything goes in.
+    EXPECT_NE(call(lists.get(), L"Add", {Variant::fromDispatch(values1.get()), Variant::fromDispatch(values1.get()),
+                                         text(L"third")})
+                  .errorNumber(),
+              0);
+    EXPECT_EQ(call(lists.get(), L"Item", {num(4)}).errorNumber(), 9);
+
     EXPECT_EQ(call(lists.get(), L"Clear").errorNumber(), 0);
     EXPECT_EQ(countOf(lists.get()), 0);
     EXPECT_EQ(call(lists.get(), L"Item", {num(1)}).errorNumber(), 9);

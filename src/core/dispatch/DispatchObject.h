@@ -9,6 +9,7 @@
 //       static const CLSID& classId() { return CLSID_Ds_ListCollection; }
 //       HRESULT STDMETHODCALLTYPE Clear() override { return guard([&] { ... }); }
 //   };
+#include "core/dispatch/ByRefArguments.h"
 #include "core/dispatch/ErrorBoundary.h"
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
@@ -93,7 +94,10 @@ public:
         if (!ti) return E_UNEXPECTED;
         clearLastError();
         ComPtr<Derived> keepAlive(static_cast<Derived*>(this));  // a member may drop the host's last reference
-        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, params, result, excepInfo, argErr);
+        // A host's variable passed to a typed by-reference parameter gets a stand-in.
+        ByRefArguments byRef(ti, id, flags, params);
+        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, byRef.params(), result, excepInfo, argErr);
+        byRef.writeBack();
         return finishInvoke(hr, excepInfo);
     }
 
