@@ -358,10 +358,13 @@ HRESULT Reg::WriteString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sData, Reg
     return guard([&] { *result = boolResult(writeString(Key, viewOf(SubKey), viewOf(sName), viewOf(sData), nType)); });
 }
 
-HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sDefault, BSTR* result) {
+HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, BSTR* result) {
     if (!result) return E_POINTER;
     *result = nullptr;
-    HRESULT hr = guard([&] { *result = Bstr(readString(Key, viewOf(SubKey), viewOf(sName), viewOf(sDefault))).detach(); });
+    HRESULT hr = guard([&] {
+        const std::wstring_view fallback = sDefault ? viewOf(*sDefault) : std::wstring_view();
+        *result = Bstr(readString(Key, viewOf(SubKey), viewOf(sName), fallback)).detach();
+    });
     // Nothing that fails inside reaches the caller: the result is then "".
     if (FAILED(hr)) {
         SetErrorInfo(0, nullptr);

@@ -27,7 +27,7 @@ public:
     HRESULT STDMETHODCALLTYPE KeyDelete(BSTR SubKey, HKEY_Type Key) override;
     HRESULT STDMETHODCALLTYPE WriteString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sData, Reg_Type nType,
                                           VARIANT_BOOL* result) override;
-    HRESULT STDMETHODCALLTYPE ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sDefault, BSTR* result) override;
+    HRESULT STDMETHODCALLTYPE ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, BSTR* result) override;
     HRESULT STDMETHODCALLTYPE WriteDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG lData, Reg_Type nType,
                                          VARIANT_BOOL* result) override;
     HRESULT STDMETHODCALLTYPE ReadDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG* lDefault, LONG* result) override;

@@ -1,7 +1,9 @@
 #include "registry/RegKey.h"
 
+#include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "registry/Reg.h"
+#include "text/MyVaribleFunction.h"
 
 namespace vx {
 
@@ -66,7 +68,18 @@ HRESULT RegKey::IsHasKey(BSTR AddKey, VARIANT_BOOL* result) {
 HRESULT RegKey::ParentKey(_cRegKeys** result) {
     if (!result) return E_POINTER;
     *result = nullptr;
-    return E_NOTIMPL;
+    return guard([&] {
+        // The path above SubKey: everything before its last backslash (Empty, so "", for a
+        // key right below the root).
+        ComPtr<_Ds_MyVaribleFunction> helper(MyVaribleFunction::create().get());
+        Variant data = Variant::fromText(subKey_.view()), index = Variant::fromShort(0),
+                separator = Variant::fromText(L"\\"), last = Variant::fromShort(2), parent;
+        Flag_PathClip mode = MyVaribleFunction::LeftPathFull;
+        check(helper->GetVar(data.get(), index.get(), separator.get(), &mode, last.get(), parent.put()));
+        Bstr parentPath(toText(*parent));
+        auto reg = Reg::createPrivate();
+        check(reg->ListKeys(hkey_, parentPath.get(), result));
+    });
 }
 
 std::wstring RegKey::childPath(BSTR addKey) {

@@ -145,6 +145,10 @@ CheckEqual "EnumKey lists the key's subkeys", key.EnumKey.Count, 1
 CheckEqual "and leaves SubKey alone", key.SubKey, base & "\k\a"
 CheckEqual "EnumKey with AddKey", key.EnumKey("a1").Count, 0
 CheckEqual "keeps a backslash at the end of SubKey", key.SubKey, base & "\k\a\"
+Set key = keys("b")
+Set x = key.ParentKey
+CheckEqual "ParentKey lists the keys beside it", x.Count, 2
+CheckEqual "itself among them", x("a").SubKey, base & "\k\a"
 Set key = reg.ListKeys(hkcu, base & "\k")("b")
 Check "IsHasKey with no AddKey tests the key itself", key.IsHasKey("")
 Check "IsHasKey of a missing subkey", Not key.IsHasKey("none")

@@ -82,6 +82,17 @@ TEST(RegCollections, EnumKeyStoresTheListItIsGiven) {
     EXPECT_EQ(objectOf(held).get(), keys.get());  // the caller's variable still holds its list
     EXPECT_EQ(call(lists.get(), L"Add", {held, text(L"a\\B")}).errorNumber(), 457);
     EXPECT_EQ(call(lists.get(), L"Item", {text(L"none")}).errorNumber(), 5);
+    // A variable never set stands for Nothing, and stays as it was.
+    Variant unset;
+    EXPECT_EQ(call(lists.get(), L"Add", {vxtest::byRef(unset), text(L"nothing")}).errorNumber(), 0);
+    EXPECT_EQ(unset.type(), VT_EMPTY);
+    auto nothing = call(lists.get(), L"Item", {text(L"nothing")});
+    EXPECT_EQ(nothing.value.type(), VT_DISPATCH);
+    EXPECT_FALSE(objectOf(nothing.value));
+    // Another kind of object is refused.
+    Variant other = Variant::fromDispatch(vxtest::createObject(CLSID_cRegValues).get());
+    EXPECT_NE(call(lists.get(), L"Add", {vxtest::byRef(other), text(L"other")}).errorNumber(), 0);
+    EXPECT_EQ(call(lists.get(), L"Remove", {num(1)}).errorNumber(), 0);
     EXPECT_EQ(call(lists.get(), L"Remove", {num(1)}).errorNumber(), 0);
     EXPECT_EQ(countOf(lists.get()), 0);
 }
@@ -178,6 +189,26 @@ TEST_F(RegObjects, KeyListsItsChildrenAndGrowsSubKey) {
     EXPECT_EQ(countOf(values.get()), 1);
     EXPECT_EQ(textOf(get(key.get(), L"SubKey").value), path(L"k") + L"\\\\");  // one more each call
     EXPECT_EQ(countOf(objectOf(call(key.get(), L"SubValueEnum", {text(L"")}).value).get()), 0);
+}
+
+TEST_F(RegObjects, ParentKeyListsTheKeysBesideThisOne) {
+    create(L"k\\c1\\g");
+    create(L"k\\c2");
+    auto key = keyObject(L"k", L"c1");
+    ASSERT_TRUE(key);
+    auto beside = objectOf(call(key.get(), L"ParentKey").value);
+    ASSERT_TRUE(beside);
+    EXPECT_EQ(countOf(beside.get()), 2);
+    EXPECT_EQ(textOf(get(objectOf(call(beside.get(), L"Item", {text(L"c2")}).value).get(), L"SubKey").value), path(L"k\\c2"));
+    // A key right below the root: the root's own keys.
+    auto top = vxtest::createObject(CLSID_cRegKey);
+    put(top.get(), L"HKey", num(vxtest::hkcuRoot));
+    put(top.get(), L"SubKey", text(L"Software"));
+    auto roots = objectOf(call(top.get(), L"ParentKey").value);
+    EXPECT_EQ(call(roots.get(), L"Item", {text(L"SOFTWARE")}).errorNumber(), 0);
+    // A SubKey that EnumKey left with a backslash at the end has its own path as parent.
+    call(key.get(), L"EnumKey", {text(L"g")});
+    EXPECT_EQ(countOf(objectOf(call(key.get(), L"ParentKey").value).get()), 1);
 }
 
 TEST_F(RegObjects, KeyTestsRenamesAndDeletes) {

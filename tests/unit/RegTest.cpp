@@ -418,10 +418,11 @@ TEST_F(Reg, EarlyBoundCallsSeeTheSameResults) {
     ASSERT_EQ(r->WriteString(vxtest::hkcuRoot, p.get(), name.get(), data.get(), REG_SZ, &ok), S_OK);
     EXPECT_EQ(ok, VARIANT_TRUE);
     Bstr out;
-    ASSERT_EQ(r->ReadString(vxtest::hkcuRoot, p.get(), name.get(), empty.get(), out.put()), S_OK);
+    BSTR fallback = empty.get();
+    ASSERT_EQ(r->ReadString(vxtest::hkcuRoot, p.get(), name.get(), &fallback, out.put()), S_OK);
     EXPECT_EQ(out.str(), L"early");
-    LONG fallback = 5, n = 0;
-    ASSERT_EQ(r->ReadDWord(vxtest::hkcuRoot, p.get(), name.get(), &fallback, &n), S_OK);
+    LONG number = 5, n = 0;
+    ASSERT_EQ(r->ReadDWord(vxtest::hkcuRoot, p.get(), name.get(), &number, &n), S_OK);
     EXPECT_EQ(n, -1);  // five bytes of text do not fit the four a DWORD reads
     ASSERT_EQ(r->WriteDWord(vxtest::hkcuRoot, p.get(), name.get(), 1, REG_DWORD, &ok), S_OK);
     EXPECT_EQ(ok, VARIANT_TRUE);

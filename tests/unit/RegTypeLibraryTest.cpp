@@ -85,6 +85,12 @@ TEST(RegTypeLibrary, OptionalParametersCarryTheirDefaults) {
     EXPECT_EQ(longDefault(Func(IID__clsReg, L"KeyDelete"), 1), 0);
     EXPECT_EQ(longDefault(Func(IID__clsReg, L"GoRegisterRead"), 1), 1);
 
+    Func readString(IID__clsReg, L"ReadString");
+    EXPECT_TRUE(readString.byReference(3));
+    EXPECT_EQ(readString.desc->lprgelemdescParam[3].tdesc.vt, VT_PTR);
+    EXPECT_EQ(readString.desc->lprgelemdescParam[3].tdesc.lptdesc->vt, VT_BSTR);
+    ASSERT_EQ(readString.defaultOf(3).type(), VT_BSTR);
+    EXPECT_EQ(SysStringLen(V_BSTR(readString.defaultOf(3).get())), 0u);
     Func readDWord(IID__clsReg, L"ReadDWord");
     EXPECT_TRUE(readDWord.byReference(3));
     EXPECT_EQ(longDefault(readDWord, 3), 0);

@@ -10,6 +10,7 @@
 #include "registry/RegKeys.h"
 #include "registry/RegValue.h"
 #include "registry/RegValues.h"
+#include "text/MyVaribleFunction.h"
 
 #include <iterator>
 
@@ -28,6 +29,7 @@ const ClassEntry roster[] = {
     {&CLSID_cRegValues, L"cRegValues", Instancing::Dependent, &createInstance<RegValues>},
     {&CLSID_cRegEnumKey, L"cRegEnumKey", Instancing::Dependent, &createInstance<RegEnumKeyList>},
     {&CLSID_cRegEnumValue, L"cRegEnumValue", Instancing::Dependent, &createInstance<RegEnumValueList>},
+    {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
 };
 
 }  // namespace
