@@ -3,14 +3,17 @@
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/SafeArray.h"
+#include "core/runtime/Text.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
 #include "registry/RegKeys.h"
 #include "registry/RegValues.h"
 #include "registry/RegistryApi.h"
 
+#include <cstdint>
 #include <cstring>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -177,23 +180,37 @@ Variant goRegisterPath(long flag, std::wstring_view fullPath, long type, const V
 
 // ---- lists ----
 
-// The subkeys of root\path as a cRegKeys, and their names.
-ComPtr<_cRegKeys> listKeys(long root, std::wstring_view path, std::vector<std::wstring>* names = nullptr) {
+// The names of the subkeys of root\path. Of two names the ANSI code page makes one (in
+// any case), only the first is kept: neither can be reached by that name anyway.
+std::vector<std::wstring> subkeys(long root, std::wstring_view path) {
+    std::vector<std::wstring> names;
+    std::vector<std::string> found;
+    if (Key key = open(root, ansi(path), enumerateAccess)) found = subkeyNames(key.get());
+    std::unordered_set<std::wstring> seen;
+    for (const std::string& child : found) {
+        std::wstring name = fromAnsi(child);
+        if (seen.insert(foldCase(name)).second) names.push_back(std::move(name));
+    }
+    return names;
+}
+
+// A cRegKeys of the given subkeys of root\path, each with its own subkey count.
+ComPtr<_cRegKeys> keyList(long root, std::wstring_view path, const std::vector<std::wstring>& names,
+                          const std::vector<long>& counts) {
     ComPtr<_cRegKeys> list(RegKeys::create().get());
-    std::vector<std::string> children;
-    if (Key key = open(root, ansi(path), enumerateAccess)) children = subkeyNames(key.get());
-    for (const std::string& child : children) {
-        const std::wstring name = fromAnsi(child);
-        const std::wstring childPath = joinPath(path, name);
-        Bstr subKey(childPath), keyName(name);
+    for (size_t i = 0; i < names.size(); ++i) {
+        Bstr subKey(joinPath(path, names[i])), keyName(names[i]);
         ComPtr<_cRegKey> added;
-        const HRESULT hr = list->Add(root, subKey.get(), keyName.get(), countSubkeys(root, ansi(childPath)), added.put());
-        // Two names that the ANSI code page makes one cannot both be reached: the first stays.
-        if (hr == runtimeHresult(err::DuplicateKey)) continue;
-        check(hr);
-        if (names) names->push_back(name);
+        check(list->Add(root, subKey.get(), keyName.get(), counts[i], added.put()));
     }
     return list;
+}
+
+ComPtr<_cRegKeys> listKeys(long root, std::wstring_view path) {
+    const std::vector<std::wstring> names = subkeys(root, path);
+    std::vector<long> counts;
+    for (const std::wstring& name : names) counts.push_back(countSubkeys(root, ansi(joinPath(path, name))));
+    return keyList(root, path, names, counts);
 }
 
 // A value's data as a host sees it: text for the string types (without its terminator),
@@ -235,21 +252,41 @@ ComPtr<_cRegValues> listValues(long root, std::wstring_view path) {
 
 // Walks root\path and every key below it, parents before their subkeys, calling
 // visit(relative path, full path, keys listed there) for each; the key itself is "".
-// Relative paths are unique: listKeys keeps only one of two names the code page makes one.
+// Each key is enumerated once: a subkey's count is the number of names its own walk
+// found (keys below the depth limit are counted where they stand).
 template <class Visit>
 void walkSubtree(long root, std::wstring_view path, Visit&& visit) {
     if (!open(root, ansi(path), enumerateAccess)) return;
-    std::vector<std::pair<std::wstring, int>> pending{{L"", 0}};
-    while (!pending.empty()) {
-        auto [relative, depth] = std::move(pending.back());
-        pending.pop_back();
-        const std::wstring full = relative.empty() ? std::wstring(path) : joinPath(path, relative);
+    struct Walked {
+        std::wstring relative;
         std::vector<std::wstring> names;
-        ComPtr<_cRegKeys> keys = listKeys(root, full, &names);
-        visit(relative, full, keys);
+        std::vector<size_t> children;  // where the subkeys' own entries are, when walked
+    };
+    auto fullPath = [&](const std::wstring& relative) {
+        return relative.empty() ? std::wstring(path) : joinPath(path, relative);
+    };
+    std::vector<Walked> order;
+    std::vector<std::pair<std::wstring, std::pair<size_t, int>>> pending{{L"", {SIZE_MAX, 0}}};
+    while (!pending.empty()) {
+        auto [relative, parentAndDepth] = std::move(pending.back());
+        pending.pop_back();
+        const auto [parent, depth] = parentAndDepth;
+        const size_t self = order.size();
+        order.push_back({relative, subkeys(root, fullPath(relative)), {}});
+        if (parent != SIZE_MAX) order[parent].children.push_back(self);
         if (depth >= maxDepth) continue;
+        const std::vector<std::wstring>& names = order[self].names;
         for (auto it = names.rbegin(); it != names.rend(); ++it)
-            pending.emplace_back(relative.empty() ? *it : relative + L"\\" + *it, depth + 1);
+            pending.push_back({relative.empty() ? *it : relative + L"\\" + *it, {self, depth + 1}});
+    }
+    for (const Walked& key : order) {
+        const std::wstring full = fullPath(key.relative);
+        std::vector<long> counts;
+        for (size_t i = 0; i < key.names.size(); ++i)
+            counts.push_back(key.children.empty() ? countSubkeys(root, ansi(joinPath(full, key.names[i])))
+                                                  : static_cast<long>(order[key.children[i]].names.size()));
+        ComPtr<_cRegKeys> keys = keyList(root, full, key.names, counts);
+        visit(key.relative, full, keys);
     }
 }
 

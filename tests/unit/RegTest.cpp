@@ -368,6 +368,8 @@ TEST_F(Reg, SubtreeEnumerationsAreKeyedByRelativePath) {
     EXPECT_EQ(countAt(keys.get(), L"Item", text(L"b")), 0);
     auto a1 = objectOf(vxtest::call(objectOf(vxtest::call(keys.get(), L"Item", {text(L"a")}).value).get(), L"Item", {num(1)}).value);
     EXPECT_EQ(textOf(vxtest::get(a1.get(), L"SubKey").value), path(L"t\\a\\a1"));
+    auto a = objectOf(vxtest::call(objectOf(vxtest::call(keys.get(), L"Item", {text(L"")}).value).get(), L"Item", {text(L"a")}).value);
+    EXPECT_EQ(longOf(vxtest::get(a.get(), L"CountKey").value), 1);
 
     auto values = objectOf(reg(L"GoEnumValue", {root(), text(path(L"t"))}).value);
     ASSERT_TRUE(values);
