@@ -4,7 +4,9 @@
 #  1. An "[in, out] VARIANT" parameter (not a pointer) becomes the VARIANT* it stands
 #     for. widl refuses a text default on a VARIANT*, and writes a number default of one
 #     as a Variant-typed nothing; so such parameters are declared with VX_VARIANT_REF
-#     (see Vx_Main.idl), which is a plain VARIANT in the type library's pass.
+#     (see Vx_Main.idl), which is a plain VARIANT in the type library's pass. An
+#     "[in, out] BSTR" (VX_BSTR_REF) becomes a BSTR* the same way: widl refuses a text
+#     default on a BSTR* too.
 #  2. A number default that widl wrote with a Variant type on a VARIANT* (its own
 #     "defaultvalue(n)" on a pointer) gets the number's type.
 #  3. A whole-number default of a Variant parameter that fits in 16 bits is an Integer,
@@ -35,18 +37,21 @@ use constant {
     VT_I2 => 2, VT_I4 => 3, VT_VARIANT => 12, VT_PTR => 26,
     PARAMFLAG_FOUT => 0x2, PARAMFLAG_FHASDEFAULT => 0x20,
     INLINE_VARIANT => 0x800C000C,                    # the type VARIANT, written in place
+    INLINE_BSTR => 0x80080008,                       # the type BSTR, written in place
     SIZEOF_TYPEDESC => 8,                            # as the record's FUNCDESC size counts it
 };
 
-# The type description "pointer to VARIANT", which every dual interface with a Variant
-# result already has.
-my $variantRef;
+# The type descriptions "pointer to VARIANT" and "pointer to BSTR", which every dual
+# interface with a Variant or String result already has.
+my %pointerTo;
 if ($tdOffset != 0xFFFFFFFF) {
     for (my $o = 0; $o + 8 <= $tdLength; $o += 8) {
         my ($t0, $t1) = unpack('x' . ($tdOffset + $o) . ' V2', $data);
-        if (($t0 & 0xFFFF) == VT_PTR && $t1 == INLINE_VARIANT) { $variantRef = $o; last; }
+        next unless ($t0 & 0xFFFF) == VT_PTR && ($t1 == INLINE_VARIANT || $t1 == INLINE_BSTR);
+        $pointerTo{$t1} = $o unless defined $pointerTo{$t1};
     }
 }
+my $variantRef = $pointerTo{+INLINE_VARIANT};
 
 my ($references, $retyped) = (0, 0);
 for my $off (@offsets) {
@@ -64,9 +69,9 @@ for my $off (@offsets) {
         for my $i (0 .. $nargs - 1) {
             my $p = $params + 12 * $i;
             my ($type, undef, $flags) = unpack("x$p V3", $data);
-            if (($flags & PARAMFLAG_FOUT) && $type == INLINE_VARIANT) {
-                die "$file: no VARIANT* type description to refer to\n" unless defined $variantRef;
-                $type = $variantRef;
+            if (($flags & PARAMFLAG_FOUT) && ($type == INLINE_VARIANT || $type == INLINE_BSTR)) {
+                die "$file: no pointer type description to refer to\n" unless defined $pointerTo{$type};
+                $type = $pointerTo{$type};
                 substr($data, $p, 4) = pack('V', $type);
                 $descSize += SIZEOF_TYPEDESC;
                 substr($data, $record + 14, 2) = pack('v', $descSize);
@@ -91,4 +96,4 @@ for my $off (@offsets) {
 seek($fh, 0, 0);
 print $fh $data;
 close $fh;
-print "tlb-fixups: $references Variant parameter(s) made by-reference, $retyped default(s) typed\n";
+print "tlb-fixups: $references Variant or String parameter(s) made by-reference, $retyped default(s) typed\n";

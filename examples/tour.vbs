@@ -41,6 +41,40 @@ On Error GoTo 0
 people.Clear
 Show "after Clear", people.Count & " records"
 WScript.Echo ""
+
+' ---- The registry ----
+WScript.Echo "clsReg: the registry by root and path (under HKEY_CURRENT_USER\Software\Vx_Main tour)"
+Dim reg, regKeys, regValues, regKey, regItem
+Const HKCU = &H80000001
+Set reg = CreateObject("Vx_Main.clsReg")
+reg.KeyDelete "HKEY_CURRENT_USER\Software\Vx_Main tour"
+reg.WriteString HKCU, "Software\Vx_Main tour", "Greeting", "Hello, registry"
+reg.WriteString HKCU, "Software\Vx_Main tour", "Accents", "Gr" & Chr(252) & Chr(223) & "e"
+reg.WriteDWord HKCU, "Software\Vx_Main tour", "Width", 640
+reg.WriteBinary HKCU, "Software\Vx_Main tour", "Bytes", "", Array(0, 1, 254, 255)
+reg.CreateKey HKCU, "Software\Vx_Main tour\Colours\Dark"
+reg.GoRegisterWrite "HKEY_CURRENT_USER\Software\Vx_Main tour\Colours\Path", "%TEMP%\x", 12
+Show "ReadString", reg.ReadString(HKCU, "Software\Vx_Main tour", "Greeting")
+Show "accented text reads back unchanged", reg.ReadString(HKCU, "Software\Vx_Main tour", "Accents") = "Gr" & Chr(252) & Chr(223) & "e"
+Show "ReadDWord", reg.ReadDWord(HKCU, "Software\Vx_Main tour", "Width")
+Show "ReadBinary as text", reg.ReadBinary(HKCU, "Software\Vx_Main tour", "Bytes", True)
+Show "a missing value read as a DWORD", reg.ReadDWord(HKCU, "Software\Vx_Main tour", "Height", 480)
+Show "the same in a missing key (the default)", reg.ReadDWord(HKCU, "Software\Vx_Main tour\None", "Height", 480)
+Show "GoRegisterRead of a full path", reg.GoRegisterRead("HKEY_CURRENT_USER\Software\Vx_Main tour\Width", 4)
+Show "subkeys", reg.CountKey(HKCU, "Software\Vx_Main tour")
+Set regValues = reg.ListValues(HKCU, "Software\Vx_Main tour\Colours")
+Show "type 12 stored the value as type", regValues("Path").Datatype & " (REG_EXPAND_SZ)"
+Set regValues = reg.ListValues(HKCU, "Software\Vx_Main tour")
+For Each regItem In Array("Greeting", "Width")
+    Show "value " & regItem, regValues(regItem).DataValue & " (type " & regValues(regItem).Datatype & ")"
+Next
+Set regKeys = reg.ListKeys(HKCU, "Software\Vx_Main tour")
+Set regKey = regKeys(1)
+Show "first subkey", regKey.KeyName & " with " & regKey.CountKey & " subkey, at " & regKey.SubKey
+Show "its subtree by relative path", reg.GoEnumKey(HKCU, "Software\Vx_Main tour").Count & " keys"
+Show "ValueDelete", reg.ValueDelete("HKEY_CURRENT_USER\Software\Vx_Main tour\Width")
+reg.KeyDelete "HKEY_CURRENT_USER\Software\Vx_Main tour"
+Show "after KeyDelete, the key exists", reg.IsHasKey(HKCU, "Software\Vx_Main tour")
 ' ---- Shamsi and Miladi dates ----
 WScript.Echo "Ds_Calendar: Shamsi (Solar Hijri) and Miladi (Gregorian) dates"
 Dim cal, inWords

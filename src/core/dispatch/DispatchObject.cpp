@@ -32,11 +32,27 @@ namespace {
 
 bool omitted(const VARIANT& v) noexcept { return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND; }
 
+// The object reference an interface pointer type stands for: VT_DISPATCH for a
+// dispatch or dual interface, VT_EMPTY for anything else.
+VARTYPE objectType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
+    const TYPEDESC* t = pointer.lptdesc;
+    if (!t || t->vt != VT_USERDEFINED) return VT_EMPTY;
+    ComPtr<ITypeInfo> ref;
+    if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put()))) return VT_EMPTY;
+    TYPEATTR* attr = nullptr;
+    if (FAILED(ref->GetTypeAttr(&attr))) return VT_EMPTY;
+    const bool dispatch = attr->typekind == TKIND_DISPATCH ||
+                          (attr->typekind == TKIND_INTERFACE && (attr->wTypeFlags & TYPEFLAG_FDUAL));
+    ref->ReleaseTypeAttr(attr);
+    return dispatch ? VT_DISPATCH : VT_EMPTY;
+}
+
 // The type a by-reference parameter points to, with enumerations and aliases resolved to
-// their base type.
+// their base type, and an interface pointer to the object reference it is.
 VARTYPE pointeeType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
     const TYPEDESC* t = pointer.lptdesc;
     if (!t) return VT_EMPTY;
+    if (t->vt == VT_PTR) return objectType(info, *t);
     if (t->vt != VT_USERDEFINED) return t->vt;
     ComPtr<ITypeInfo> ref;
     if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put()))) return VT_EMPTY;
@@ -55,7 +71,7 @@ VARTYPE pointeeType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
 bool storable(VARTYPE vt) noexcept {
     switch (vt) {
     case VT_I2: case VT_I4: case VT_R4: case VT_R8: case VT_CY: case VT_DATE: case VT_BSTR:
-    case VT_BOOL: case VT_UI1: case VT_VARIANT:
+    case VT_BOOL: case VT_UI1: case VT_VARIANT: case VT_DISPATCH:
         return true;
     default:
         return false;
@@ -196,6 +212,8 @@ DISPPARAMS* CallArguments::complete(const CallPlan& plan, DISPID id, WORD flags,
             Variant value;
             if (p.pointee == VT_VARIANT)
                 value = Variant::copyOf(from);
+            else if (p.pointee == VT_DISPATCH && V_VT(&from) == VT_EMPTY)
+                value = Variant::fromDispatch(nullptr);  // a variable never set stands for Nothing
             else if (FAILED(VariantChangeType(value.put(), const_cast<VARIANT*>(&from), 0, p.pointee)))
                 return params;  // the type info reports what does not convert
             if (need == Typed) writeBacks_.push_back({V_VARIANTREF(src), values_.size(), value});
