@@ -1,5 +1,10 @@
 #!/usr/bin/perl
-# Completes what widl cannot write for optional Variant parameters with a default:
+# Completes what widl cannot write into the type library:
+#
+#  0. Every application-object coclass is marked pre-declared (TYPEFLAG_FPREDECLID):
+#     global classes are reachable without creating them, and widl has no attribute for it.
+#
+# and, for optional Variant (and String) parameters with a default:
 #
 #  1. An "[in, out] VARIANT" parameter (not a pointer) becomes the VARIANT* it stands
 #     for. widl refuses a text default on a VARIANT*, and writes a number default of one
@@ -53,7 +58,17 @@ if ($tdOffset != 0xFFFFFFFF) {
 }
 my $variantRef = $pointerTo{+INLINE_VARIANT};
 
-my ($references, $retyped) = (0, 0);
+use constant { TKIND_COCLASS => 5, TYPEFLAG_FAPPOBJECT => 0x1, TYPEFLAG_FPREDECLID => 0x8 };
+my ($references, $retyped, $predeclared) = (0, 0, 0);
+for my $off (@offsets) {
+    my $base = $tab + $off;
+    my ($kind) = unpack("x$base V", $data);
+    my $fpos = $base + 0x30;
+    my ($flags) = unpack("x$fpos V", $data);
+    next unless ($kind & 0xF) == TKIND_COCLASS && ($flags & TYPEFLAG_FAPPOBJECT);
+    substr($data, $fpos, 4) = pack('V', $flags | TYPEFLAG_FPREDECLID);
+    $predeclared++;
+}
 for my $off (@offsets) {
     my $base = $tab + $off;
     my ($memoffset) = unpack("x$base x4 V", $data);
@@ -96,4 +111,4 @@ for my $off (@offsets) {
 seek($fh, 0, 0);
 print $fh $data;
 close $fh;
-print "tlb-fixups: $references Variant or String parameter(s) made by-reference, $retyped default(s) typed\n";
+print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed\n";

@@ -3,8 +3,7 @@
 // Add stores the list object it is given, not a copy. (The platform headers take the
 // name RegEnumKey for a macro, hence the C++ name.)
 #include "Vx_Main.h"
-#include "core/collections/KeyedCollection.h"
-#include "core/dispatch/DispatchObject.h"
+#include "core/collections/KeyedListObject.h"
 
 namespace vx {
 
@@ -13,18 +12,11 @@ namespace vx {
 ComPtr<_cRegKeys> keysList(IUnknown* given);
 ComPtr<_cRegValues> valuesList(IUnknown* given);
 
-class RegEnumKeyList : public DispatchObject<RegEnumKeyList, _cRegEnumKey> {
+class RegEnumKeyList : public KeyedListObject<RegEnumKeyList, _cRegEnumKey, _cRegKeys> {
 public:
     static const CLSID& classId() noexcept { return CLSID_cRegEnumKey; }
 
     HRESULT STDMETHODCALLTYPE Add(_cRegKeys** MyListKey, BSTR SubKey) override;
-    HRESULT STDMETHODCALLTYPE Item(VARIANT* Index, _cRegKeys** result) override;
-    HRESULT STDMETHODCALLTYPE Remove(VARIANT* Index) override;
-    HRESULT STDMETHODCALLTYPE get_Count(LONG* count) override;
-    HRESULT STDMETHODCALLTYPE Clear() override;
-
-private:
-    KeyedCollection<ComPtr<_cRegKeys>> lists_;
 };
 
 }  // namespace vx

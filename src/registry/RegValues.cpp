@@ -18,30 +18,9 @@ HRESULT RegValues::Add(Reg_Type HKey, BSTR SubKey, BSTR KeyName, LONG Datatype, 
         check(value->put_DataValue(DataValue));
         // The name is the key, "" (a key's default value) included; a name already
         // present is error 457.
-        values_.add(value, viewOf(KeyName));
+        items_.add(value, viewOf(KeyName));
         *result = value.detach();
     });
-}
-
-HRESULT RegValues::Item(VARIANT* Index, _cRegValue** result) {
-    if (!Index || !result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = ComPtr<_cRegValue>(values_.item(*Index)).detach(); });
-}
-
-HRESULT RegValues::Remove(VARIANT* Index) {
-    if (!Index) return E_POINTER;
-    return guard([&] { values_.remove(*Index); });
-}
-
-HRESULT RegValues::get_Count(LONG* count) {
-    if (!count) return E_POINTER;
-    *count = values_.count();
-    return S_OK;
-}
-
-HRESULT RegValues::Clear() {
-    return guard([&] { values_.clear(); });
 }
 
 }  // namespace vx
