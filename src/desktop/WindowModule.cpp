@@ -110,8 +110,13 @@ std::wstring readClass(HWND hwnd) {
 }
 
 std::wstring hexText(LONG value) {
-    wchar_t text[16];
-    swprintf(text, 16, L"%lX", static_cast<unsigned long>(static_cast<ULONG>(value)));
+    static const wchar_t digits[] = L"0123456789ABCDEF";
+    ULONG rest = static_cast<ULONG>(value);
+    std::wstring text;
+    do {
+        text.insert(text.begin(), digits[rest & 0xF]);
+        rest >>= 4;
+    } while (rest != 0);
     return text;
 }
 
