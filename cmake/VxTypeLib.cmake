@@ -33,9 +33,10 @@ function(vx_typelib idl name)
     COMMAND ${cpp} -DVX_CPP_HEADER ${idl} -o ${out}/${name}.h.idl
     COMMAND ${widl} -t -o ${out}/${name}.tlb ${out}/${name}.tlb.idl
     COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-predeclid.pl ${out}/${name}.tlb
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb
     COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
     COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
-    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-predeclid.pl
+    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-predeclid.pl ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl
     COMMENT "Type library ${name} (widl)"
     VERBATIM)
 endfunction()

@@ -41,4 +41,23 @@ On Error GoTo 0
 people.Clear
 Show "after Clear", people.Count & " records"
 WScript.Echo ""
+' ---- String and array helpers ----
+WScript.Echo "Ds_MyVaribleFunction: fields of a text, joins and comparisons"
+Dim tools, path, a, b
+Set tools = CreateObject("Vx_Main.Ds_MyVaribleFunction")
+path = "C:\Reports\2024\summary.txt"
+Show "folder of " & path, tools.GetVar(path, 0, "\", 3)
+Show "file name", tools.GetVar(path, 0, "\", 1)
+Show "second field of ""red,green,blue""", tools.GetVar("red,green,blue", 1)
+Show "fields 1 to 2 of ""a/b/c/d""", tools.GetVar("a/b/c/d", 1, "/", 6, 2)
+Show "an array joined", tools.GetVar(Array("x", "y", "z"), -1, " + ")
+Show """ABC"" equals ""abc""", tools.IsEqute("ABC", "abc")
+Show """x"" is not in (a, b)", tools.IsEqute("x", Array("a", "b"), 4)
+a = "Hello World"
+b = "WORLD"
+Show "finding ""WORLD"" in ""Hello World""", tools.IsEqute(a, b, 7) & " (the variables now hold """ & a & """ and """ & b & """)"
+Show "upper bound of an empty array", tools.CountUBound(Array())
+Show "Null replaced", tools.GoIsNull(Null, "n/a")
+WScript.Echo ""
+
 WScript.Echo "End of tour."

@@ -9,6 +9,7 @@
 #include "desktop/ENumAction.h"
 #include "desktop/ListChild.h"
 #include "desktop/WindowModule.h"
+#include "text/MyVaribleFunction.h"
 
 #include <unordered_map>
 #include <unordered_set>
@@ -59,7 +60,12 @@ const char* optionalText(const std::string& ansi, BSTR original) {
     return SysStringLen(original) == 0 ? nullptr : ansi.c_str();
 }
 
-bool endKeyHeld() { return (GetAsyncKeyState(kVkEnd) & 0x8000) != 0; }
+// Whether the End key is held, as IsKey of a private Ds_MyVaribleFunction tells it.
+bool endKeyHeld(_Ds_MyVaribleFunction* keys) {
+    VARIANT_BOOL held = VARIANT_FALSE;
+    check(keys->IsKey(kVkEnd, &held));
+    return held != VARIANT_FALSE;
+}
 
 // Keys of a child list: the first window with a given text keeps the text itself, the
 // n-th window with the same text (compared without regard to case) gets text#n; when
@@ -510,11 +516,12 @@ HRESULT EnumChid::WaitFindWindows(VARIANT vHwnd, VARIANT SplitPM, VARIANT SplitF
         const std::vector<std::wstring> parts = split(path, toText(SplitFw));
         const std::wstring first = parts.empty() ? std::wstring() : parts[0];
         const std::wstring separator = toText(SplitPM);
+        auto keys = MyVaribleFunction::create();
         LONG found = 0;
         do {
             yieldToHost();
             found = window::resolvePath(first, separator);
-            if (endKeyHeld()) return;  // the End key gives up the wait
+            if (endKeyHeld(keys.get())) return;  // the End key gives up the wait
         } while (found == 0);
         if (parts.size() == 2) {
             auto list = listChildren(*Variant::fromLong(found), kOutBoth);

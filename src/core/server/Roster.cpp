@@ -3,6 +3,7 @@
 #include "Vx_Main.h"
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
+#include "text/MyVaribleFunction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ENumAction.h"
 #include "desktop/ListChild.h"
@@ -17,6 +18,7 @@ namespace {
 const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
+    {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
     {&CLSID_Ds_EnumChid, L"Ds_EnumChid", Instancing::Global, &createInstance<EnumChid>},
     {&CLSID_Ds_ENumAction, L"Ds_ENumAction", Instancing::Dependent, &createInstance<ENumAction>},
     {&CLSID_Ds_ListChild, L"Ds_ListChild", Instancing::Dependent, &createInstance<ListChild>},
