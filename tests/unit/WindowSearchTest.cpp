@@ -421,3 +421,33 @@ TEST(WindowsWait, FindWinChildByParts) {
     EXPECT_EQ(find(L"Nowhere~Edit"), 0);
     EXPECT_EQ(find(L""), 0);
 }
+
+TEST(WindowsWait, TheHelperWaitsDelegateToTheWindowWaits) {
+    auto helper = createObject(CLSID_Ds_MyVaribleFunction).query<_Ds_MyVaribleFunction>();
+    ASSERT_TRUE(helper);
+    auto before = yieldCount();
+    ASSERT_EQ(helper->DoWaitNumber(0), S_OK);
+    EXPECT_EQ(yieldCount(), before);
+    ASSERT_EQ(helper->DoWaitNumber(3), S_OK);
+    EXPECT_EQ(yieldCount() - before, 3000u) << "Number x 1000 yields";
+
+    Recorder target("Vx Helper Target");
+    before = yieldCount();
+    ASSERT_EQ(helper->DoWaitFindTitle(Bstr(L"Vx Helper Target").get()), S_OK);
+    EXPECT_EQ(yieldCount() - before, 1u) << "a window already there is found on the first look";
+
+    // By name, as a host calls it; a window that never comes is given up with the End key.
+    ASSERT_TRUE(target.makeForeground());
+    static int ticks;
+    ticks = 0;
+    SetTimer(target.hwnd(), 2, 1, +[](HWND hwnd, UINT, UINT_PTR id, DWORD) {
+        if (++ticks < 3) return;
+        KillTimer(hwnd, id);
+        keybd_event(VK_END, 0, 0, 0);
+    });
+    auto r = call(helper.get(), L"DoWaitFindTitle", {text(L"Vx Helper Never")});
+    keybd_event(VK_END, 0, KEYEVENTF_KEYUP, 0);
+    EXPECT_EQ(r.hr, S_OK);
+    EXPECT_EQ(ticks, 3);
+    pumpFor(20);
+}
