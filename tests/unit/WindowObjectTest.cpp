@@ -15,18 +15,6 @@ namespace {
 
 Variant text(const wchar_t* s) { return Variant::fromText(s); }
 
-std::wstring titleOf(_Ds_ENumAction* w) {
-    Bstr t;
-    EXPECT_EQ(w->get_Title(t.put()), S_OK);
-    return t.str();
-}
-
-std::wstring classOf(_Ds_ENumAction* w) {
-    Bstr t;
-    EXPECT_EQ(w->get_Class(t.put()), S_OK);
-    return t.str();
-}
-
 std::wstring windowText(HWND hwnd) {
     char buffer[256] = {};
     SendMessageA(hwnd, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(buffer));
@@ -91,100 +79,43 @@ private:
 
 }  // namespace
 
+// (The host test reads and sets the same windows' titles, classes, identifiers, styles and
+// check states from VBScript; here what a script cannot see.)
 TEST(WindowsObject, ReadsAndChangesTheFixturesWindows) {
     FixtureProgram fx;
-    auto main = newWindow(fx.main());
     auto edit = newWindow(fx.control(1001));
-    EXPECT_EQ(titleOf(main.get()), L"Vx Fixture Main");
-    EXPECT_EQ(classOf(edit.get()), L"Edit");
-    Bstr t;
-    edit->get_ParentTitle(t.put());
-    EXPECT_EQ(t.str(), L"Vx Fixture Main");
-    edit->get_ParentClass(t.put());
-    EXPECT_EQ(t.str(), L"VxFixtureMain");
-    LONG parent = 0;
-    edit->get_ParentHwnd(&parent);
-    EXPECT_EQ(parent, handleOf(fx.main()));
-    ComPtr<_Ds_ENumAction> sub;
-    edit->get_SubParent(sub.put());
-    EXPECT_EQ(handleOf(sub.get()), handleOf(fx.main()));
-
+    auto ok = newWindow(fx.control(1002));
     Variant v;
-    edit->get_ControlID(VARIANT_TRUE, v.put());
-    EXPECT_EQ(textOf(v), L"3E9");
     edit->get_ControlID(VARIANT_FALSE, v.put());
     EXPECT_EQ(v.type(), VT_I4);
     EXPECT_EQ(longOf(v), 1001);
-    main->get_Style(VARIANT_FALSE, v.put());
-    EXPECT_EQ(textOf(v), L"WS_BORDER:8388608\\WS_VISIBLE:268435456\\");
-    main->get_Style(VARIANT_TRUE, v.put());
-    EXPECT_EQ(longOf(v), GetWindowLongA(fx.main(), GWL_STYLE));
-    auto ok = newWindow(fx.control(1002));
     ok->get_Style(VARIANT_FALSE, v.put());
-    EXPECT_EQ(textOf(v), L"WS_VISIBLE:268435456\\");
-    VARIANT_BOOL b = VARIANT_FALSE;
-    main->get_IsTaskbar(&b);
-    EXPECT_EQ(b, VARIANT_TRUE);
-    ok->get_IsTaskbar(&b);
-    EXPECT_EQ(b, VARIANT_FALSE);
-    main->get_IsEnableUser(&b);
-    EXPECT_EQ(b, VARIANT_FALSE);
-    main->get_IsEnableSystem(&b);
-    EXPECT_EQ(b, VARIANT_FALSE);
-
-    Bstr changed(L"Changed text");
-    ASSERT_EQ(edit->put_Title(changed.get()), S_OK);
-    EXPECT_EQ(windowText(fx.control(1001)), L"Changed text");
+    EXPECT_EQ(textOf(v), L"WS_VISIBLE:268435456\\") << "a control without a border";
     Bstr parentText(L"Vx Fixture Renamed");
     edit->put_ParentTitle(parentText.get());
     EXPECT_EQ(windowText(fx.main()), L"Vx Fixture Renamed");
-
-    edit->put_Enabled(VARIANT_FALSE);
-    EXPECT_FALSE(IsWindowEnabled(fx.control(1001)));
-    edit->get_Enabled(&b);
-    EXPECT_EQ(b, VARIANT_FALSE);
-    edit->put_Enabled(VARIANT_TRUE);
-    EXPECT_TRUE(IsWindowEnabled(fx.control(1001)));
+    VARIANT_BOOL b = VARIANT_TRUE;
     edit->put_Visible(VARIANT_FALSE);
     edit->get_Visible(&b);
     EXPECT_EQ(b, VARIANT_FALSE);
     edit->put_Visible(VARIANT_TRUE);
     EXPECT_TRUE(IsWindowVisible(fx.control(1001)));
 
-    // Buttons: a click reaches the program; check state through the two identical properties.
-    ASSERT_EQ(ok->Click(1), S_OK);
-    EXPECT_EQ(windowText(fx.control(1007)), L"clicked 1");
     ok->Click(0);  // posted
-    EXPECT_TRUE(pumpUntil([&] { return windowText(fx.control(1007)) == L"clicked 2"; }));
+    EXPECT_TRUE(pumpUntil([&] { return windowText(fx.control(1007)) == L"clicked 1"; }));
     auto check = newWindow(fx.control(1003));
     check->put_ClickCheckBox(1, VARIANT_TRUE);
-    check->get_ClickOption(1, &b);
-    EXPECT_EQ(b, VARIANT_TRUE);
     EXPECT_EQ(SendMessageA(fx.control(1003), BM_GETCHECK, 0, 0), BST_CHECKED);
-    check->put_ClickOption(1, VARIANT_FALSE);
-    check->get_ClickCheckBox(1, &b);
-    EXPECT_EQ(b, VARIANT_FALSE);
     check->get_ClickCheckBox(9, &b);
     EXPECT_EQ(b, VARIANT_FALSE) << "an unknown sending mode sends nothing";
 
-    // Text by each of the four ways that name a window.
     edit->SetText(Bstr(L"plain").get(), 1);
     EXPECT_EQ(windowText(fx.control(1001)), L"plain");
-    edit->SetText(Bstr(L"by message").get(), 4);
-    EXPECT_EQ(windowText(fx.control(1001)), L"by message");
     edit->SetText(Bstr(L"").get(), 4);
     edit->SetText(Bstr(L"typed").get(), 2);
     EXPECT_EQ(windowText(fx.control(1001)), L"typed") << "characters sent as key messages";
     edit->SetText(Bstr(L"ignored").get(), 7);
     EXPECT_EQ(windowText(fx.control(1001)), L"typed");
-
-    // SendMsg: its own window unless another is named.
-    edit->SendMsg(WM_SETTEXT, 0, *text(L"own"), 1, -1, v.put());
-    EXPECT_EQ(longOf(v), 1);
-    EXPECT_EQ(windowText(fx.control(1001)), L"own");
-    edit->SendMsg(WM_SETTEXT, 0, *text(L"other"), 1, handleOf(fx.control(1006)), v.put());
-    EXPECT_EQ(windowText(fx.control(1006)), L"other");
-    EXPECT_EQ(windowText(fx.control(1001)), L"own");
 
     auto e = newFinder();
     e->JustNumberText(handleOf(fx.control(1006)), v.put());

@@ -57,6 +57,25 @@ LONG itemHandle(_Ds_ListChild* list, const Variant& index, HRESULT (STDMETHODCAL
     return SUCCEEDED(hr) ? handleOf(w.get()) : -errorNumberOf(hr);
 }
 
+// A timer handler that holds the End key down on its fifth run.
+int endTicks = 0;
+void CALLBACK pressEndOnTheFifthTick(HWND hwnd, UINT, UINT_PTR id, DWORD) {
+    if (++endTicks < 5) return;
+    KillTimer(hwnd, id);
+    keybd_event(VK_END, 0, 0, 0);
+}
+
+// A window procedure that destroys another window when its own text length is asked.
+HWND victim = nullptr;
+WNDPROC originalProc = nullptr;
+LRESULT CALLBACK destroyVictimOnRead(HWND h, UINT m, WPARAM w, LPARAM l) {
+    if (m == WM_GETTEXTLENGTH && victim) {
+        DestroyWindow(victim);
+        victim = nullptr;
+    }
+    return CallWindowProcA(originalProc, h, m, w, l);
+}
+
 }  // namespace
 
 TEST(WindowsPath, EmptyNumbersAndSpecialValues) {
@@ -300,17 +319,9 @@ TEST(WindowsEnumeration, AWindowClosingDuringTheListingIsReadAsEmpty) {
     HWND first = CreateWindowExA(0, "Static", "first", WS_CHILD, 0, 0, 10, 10, parent.hwnd(), nullptr, nullptr, nullptr);
     HWND doomed = CreateWindowExA(0, "Static", "doomed", WS_CHILD, 0, 0, 10, 10, parent.hwnd(), nullptr, nullptr, nullptr);
     // Reading the first child's title destroys the second before it is read.
-    static HWND victim;
-    static WNDPROC original;
     victim = doomed;
-    original = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(first, GWLP_WNDPROC));
-    SetWindowLongPtrA(first, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(+[](HWND h, UINT m, WPARAM w, LPARAM l) -> LRESULT {
-        if (m == WM_GETTEXTLENGTH && victim) {
-            DestroyWindow(victim);
-            victim = nullptr;
-        }
-        return CallWindowProcA(original, h, m, w, l);
-    }));
+    originalProc = reinterpret_cast<WNDPROC>(GetWindowLongPtrA(first, GWLP_WNDPROC));
+    SetWindowLongPtrA(first, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&destroyVictimOnRead));
     auto e = newFinder();
     auto list = children(e.get(), Variant::fromLong(parent.handle()), 4);
     EXPECT_EQ(keysOf(list.get()), (std::vector<std::wstring>{L"0", L"Static", L"first", L"0#2", L"", L""}));
@@ -387,18 +398,13 @@ TEST(WindowsWait, WaitFindWindowsPartsAndTheEndKey) {
 
     // Only the End key ends an unsuccessful wait: a timer handler presses it on its fifth run.
     ASSERT_TRUE(host.makeForeground());
-    static int ticks;
-    ticks = 0;
-    SetTimer(host.hwnd(), 1, 1, +[](HWND hwnd, UINT, UINT_PTR id, DWORD) {
-        if (++ticks < 5) return;
-        KillTimer(hwnd, id);
-        keybd_event(VK_END, 0, 0, 0);
-    });
+    endTicks = 0;
+    SetTimer(host.hwnd(), 1, 1, pressEndOnTheFifthTick);
     auto before = yieldCount();
     ASSERT_EQ(e->WaitFindWindows(*text(L"Vx Never Shown"), *kTilde, *kTilde, found.put()), S_OK);
     keybd_event(VK_END, 0, KEYEVENTF_KEYUP, 0);
     EXPECT_FALSE(found);
-    EXPECT_EQ(ticks, 5);
+    EXPECT_EQ(endTicks, 5);
     EXPECT_GE(yieldCount() - before, 5u);
     pumpFor(20);
 }
@@ -438,16 +444,11 @@ TEST(WindowsWait, TheHelperWaitsDelegateToTheWindowWaits) {
 
     // By name, as a host calls it; a window that never comes is given up with the End key.
     ASSERT_TRUE(target.makeForeground());
-    static int ticks;
-    ticks = 0;
-    SetTimer(target.hwnd(), 2, 1, +[](HWND hwnd, UINT, UINT_PTR id, DWORD) {
-        if (++ticks < 3) return;
-        KillTimer(hwnd, id);
-        keybd_event(VK_END, 0, 0, 0);
-    });
+    endTicks = 0;
+    SetTimer(target.hwnd(), 2, 1, pressEndOnTheFifthTick);
     auto r = call(helper.get(), L"DoWaitFindTitle", {text(L"Vx Helper Never")});
     keybd_event(VK_END, 0, KEYEVENTF_KEYUP, 0);
     EXPECT_EQ(r.hr, S_OK);
-    EXPECT_EQ(ticks, 3);
+    EXPECT_EQ(endTicks, 5);
     pumpFor(20);
 }
