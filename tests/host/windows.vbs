@@ -73,6 +73,13 @@ CheckEqual "WaitFindWindows with a child key", e.WaitFindWindows("Vx Fixture Mai
 CheckEqual "a title search by containment", e.GetFindTitleWindow("FIXTURE DIALOG").Class, "#32770"
 CheckEqual "a parent search", e.GetFindTitleWindow("the vx fixture main window", edit).MyHwndWin, main
 
+Dim helper
+Set helper = CreateObject("Vx_Main.Ds_MyVaribleFunction")
+helper.DoWaitFindTitle "Vx Fixture Main"
+Pass
+helper.DoWaitNumber 0
+Pass
+
 Section "the window object"
 Set w = e.GetChild(edit)
 CheckEqual "Title", w.Title, "Hello"
