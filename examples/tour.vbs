@@ -60,6 +60,19 @@ Show "upper bound of an empty array", tools.CountUBound(Array())
 Show "Null replaced", tools.GoIsNull(Null, "n/a")
 WScript.Echo ""
 
+' ---- The clock ----
+WScript.Echo "Ds_SysTime: the clock in Coordinated Universal Time, and a polled countdown"
+Dim clock, started, polls
+Set clock = CreateObject("Vx_Main.Ds_SysTime")
+Show "starting a 1-second countdown", clock.GetTimerRun(1)
+Show "asked again at once", clock.GetTimerRun(1)
+started = Timer
+polls = 0
+Do While Not clock.GetTimerRun(1)
+    polls = polls + 1
+    If Abs(Timer - started) > 5 Then Exit Do
+Loop
+Show "ran out after", FormatNumber(Abs(Timer - started), 1) & " seconds (" & polls & " polls)"
 ' ---- Driving another program's windows ----
 WScript.Echo "Ds_EnumChid: find notepad by its window path, type into it, close it"
 Dim finder, shell, pad, padEdit, chain, k

@@ -4,6 +4,7 @@
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
 #include "text/MyVaribleFunction.h"
+#include "text/SysTime.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ENumAction.h"
 #include "desktop/ListChild.h"
@@ -19,6 +20,7 @@ const ClassEntry roster[] = {
     {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
     {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
     {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
+    {&CLSID_Ds_SysTime, L"Ds_SysTime", Instancing::Global, &createInstance<SysTime>},
     {&CLSID_Ds_EnumChid, L"Ds_EnumChid", Instancing::Global, &createInstance<EnumChid>},
     {&CLSID_Ds_ENumAction, L"Ds_ENumAction", Instancing::Dependent, &createInstance<ENumAction>},
     {&CLSID_Ds_ListChild, L"Ds_ListChild", Instancing::Dependent, &createInstance<ListChild>},
