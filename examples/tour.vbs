@@ -138,6 +138,35 @@ Do While Not clock.GetTimerRun(1)
     If Abs(Timer - started) > 5 Then Exit Do
 Loop
 Show "ran out after", FormatNumber(Abs(Timer - started), 1) & " seconds (" & polls & " polls)"
+' ---- Driving another program's windows ----
+WScript.Echo "Ds_EnumChid: find notepad by its window path, type into it, close it"
+Dim finder, shell, pad, padEdit, chain, k
+Set finder = CreateObject("Vx_Main.Ds_EnumChid")
+Set shell = CreateObject("WScript.Shell")
+shell.Run "notepad.exe", 1, False
+Set pad = finder.WaitFindWindows("Untitled - Notepad")     ' yields until the window is there
+Set padEdit = finder.GetChild("Untitled - Notepad~Edit")     ' a child step: class Edit
+Show "notepad's window", pad.Title & " (class " & pad.Class & ")"
+Show "its edit control", padEdit.Class & ", identifier " & padEdit.ControlID
+pad.WinState = 0                                             ' bring it forward
+finder.GoCusorXY finder.GetPosLeft(padEdit.MyHwndWin) + 40, finder.GetPosTop(padEdit.MyHwndWin) + 20, 6, 5
+finder.SetTextMaching "HELLO FROM VX", 0, 3                  ' simulated keys to the focused window
+For k = 1 To 200
+    If padEdit.Title = "hello from vx" Then Exit For           ' the keys arrive in their own time
+    finder.WaitDoEvents , 20
+Next
+Show "typed with simulated keys", padEdit.Title
+padEdit.SetText "A line set with WM_SETTEXT", 4
+Show "set by message", padEdit.Title
+Set chain = padEdit.SubParentEnumX(1)                        ' the edit and its ancestors, keyed by class
+Show "from the edit up", chain.Item(1).MyPathKey & " in " & chain.Item(2).MyPathKey
+padEdit.SendMsg 185, 0, 0                                    ' EM_SETMODIFY: nothing to save
+finder.WindowsClose pad.MyHwndWin
+For k = 1 To 200
+    If finder.GetFindHandle("Untitled - Notepad") = 0 Then Exit For
+    finder.WaitDoEvents , 20
+Next
+Show "notepad closed", finder.GetFindHandle("Untitled - Notepad") = 0
 WScript.Echo ""
 
 WScript.Echo "End of tour."

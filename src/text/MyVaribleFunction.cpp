@@ -1,5 +1,7 @@
 #include "text/MyVaribleFunction.h"
 
+#include "desktop/EnumChid.h"
+
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/SafeArray.h"
@@ -337,6 +339,23 @@ HRESULT MyVaribleFunction::IsKey(short GetAsc, VARIANT_BOOL* result) {
     // The top bit: the key is down now. The bit for "pressed since the last query" is ignored.
     *result = (static_cast<unsigned short>(GetAsyncKeyState(GetAsc)) & 0x8000u) ? VARIANT_TRUE : VARIANT_FALSE;
     return S_OK;
+}
+
+// The two waits delegate to a private Ds_EnumChid, through its interface.
+HRESULT MyVaribleFunction::DoWaitFindTitle(BSTR TitleName) {
+    return guard([&] {
+        auto finder = EnumChid::create();
+        const Variant tilde = Variant::fromText(L"~");
+        ComPtr<_Ds_ENumAction> found;
+        check(finder->WaitFindWindows(*Variant::fromText(viewOf(TitleName)), *tilde, *tilde, found.put()));
+    });
+}
+
+HRESULT MyVaribleFunction::DoWaitNumber(LONG Number) {
+    return guard([&] {
+        auto finder = EnumChid::create();
+        check(finder->WaitDoEvents(*Variant::fromLong(Number), *Variant::missing()));
+    });
 }
 
 }  // namespace vx

@@ -22,6 +22,8 @@ public:
     HRESULT STDMETHODCALLTYPE CountUBound(VARIANT* MyArr, short* result) override;
     HRESULT STDMETHODCALLTYPE GoIsNull(VARIANT* MyDataVlaueNull, VARIANT ValueNull, VARIANT* result) override;
     HRESULT STDMETHODCALLTYPE IsKey(short GetAsc, VARIANT_BOOL* result) override;
+    HRESULT STDMETHODCALLTYPE DoWaitFindTitle(BSTR TitleName) override;
+    HRESULT STDMETHODCALLTYPE DoWaitNumber(LONG Number) override;
 };
 
 }  // namespace vx

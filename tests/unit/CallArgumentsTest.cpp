@@ -38,6 +38,8 @@ public:
     HRESULT STDMETHODCALLTYPE CountUBound(VARIANT*, short*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GoIsNull(VARIANT*, VARIANT, VARIANT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE IsKey(short, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DoWaitFindTitle(BSTR) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE DoWaitNumber(LONG) override { return E_NOTIMPL; }
 };
 
 Variant text(const wchar_t* s) { return Variant::fromText(s); }

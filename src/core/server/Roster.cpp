@@ -14,6 +14,9 @@
 #include "text/Calendar.h"
 #include "text/MyVaribleFunction.h"
 #include "text/SysTime.h"
+#include "desktop/EnumChid.h"
+#include "desktop/ENumAction.h"
+#include "desktop/ListChild.h"
 
 #include <iterator>
 
@@ -36,6 +39,9 @@ const ClassEntry roster[] = {
     {&CLSID_Ds_AlphaMoney, L"Ds_AlphaMoney", Instancing::Global, &createInstance<AlphaMoney>},
     {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
     {&CLSID_Ds_SysTime, L"Ds_SysTime", Instancing::Global, &createInstance<SysTime>},
+    {&CLSID_Ds_EnumChid, L"Ds_EnumChid", Instancing::Global, &createInstance<EnumChid>},
+    {&CLSID_Ds_ENumAction, L"Ds_ENumAction", Instancing::Dependent, &createInstance<ENumAction>},
+    {&CLSID_Ds_ListChild, L"Ds_ListChild", Instancing::Dependent, &createInstance<ListChild>},
 };
 
 }  // namespace
