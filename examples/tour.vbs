@@ -41,4 +41,132 @@ On Error GoTo 0
 people.Clear
 Show "after Clear", people.Count & " records"
 WScript.Echo ""
+
+' ---- The registry ----
+WScript.Echo "clsReg: the registry by root and path (under HKEY_CURRENT_USER\Software\Vx_Main tour)"
+Dim reg, regKeys, regValues, regKey, regItem
+Const HKCU = &H80000001
+Set reg = CreateObject("Vx_Main.clsReg")
+reg.KeyDelete "HKEY_CURRENT_USER\Software\Vx_Main tour"
+reg.WriteString HKCU, "Software\Vx_Main tour", "Greeting", "Hello, registry"
+reg.WriteString HKCU, "Software\Vx_Main tour", "Accents", "Gr" & Chr(252) & Chr(223) & "e"
+reg.WriteDWord HKCU, "Software\Vx_Main tour", "Width", 640
+reg.WriteBinary HKCU, "Software\Vx_Main tour", "Bytes", "", Array(0, 1, 254, 255)
+reg.CreateKey HKCU, "Software\Vx_Main tour\Colours\Dark"
+reg.GoRegisterWrite "HKEY_CURRENT_USER\Software\Vx_Main tour\Colours\Path", "%TEMP%\x", 12
+Show "ReadString", reg.ReadString(HKCU, "Software\Vx_Main tour", "Greeting")
+Show "accented text reads back unchanged", reg.ReadString(HKCU, "Software\Vx_Main tour", "Accents") = "Gr" & Chr(252) & Chr(223) & "e"
+Show "ReadDWord", reg.ReadDWord(HKCU, "Software\Vx_Main tour", "Width")
+Show "ReadBinary as text", reg.ReadBinary(HKCU, "Software\Vx_Main tour", "Bytes", True)
+Show "a missing value read as a DWORD", reg.ReadDWord(HKCU, "Software\Vx_Main tour", "Height", 480)
+Show "the same in a missing key (the default)", reg.ReadDWord(HKCU, "Software\Vx_Main tour\None", "Height", 480)
+Show "GoRegisterRead of a full path", reg.GoRegisterRead("HKEY_CURRENT_USER\Software\Vx_Main tour\Width", 4)
+Show "subkeys", reg.CountKey(HKCU, "Software\Vx_Main tour")
+Set regValues = reg.ListValues(HKCU, "Software\Vx_Main tour\Colours")
+Show "type 12 stored the value as type", regValues("Path").Datatype & " (REG_EXPAND_SZ)"
+Set regValues = reg.ListValues(HKCU, "Software\Vx_Main tour")
+For Each regItem In Array("Greeting", "Width")
+    Show "value " & regItem, regValues(regItem).DataValue & " (type " & regValues(regItem).Datatype & ")"
+Next
+Set regKeys = reg.ListKeys(HKCU, "Software\Vx_Main tour")
+Set regKey = regKeys(1)
+Show "first subkey", regKey.KeyName & " with " & regKey.CountKey & " subkey, at " & regKey.SubKey
+Show "its subtree by relative path", reg.GoEnumKey(HKCU, "Software\Vx_Main tour").Count & " keys"
+Show "ValueDelete", reg.ValueDelete("HKEY_CURRENT_USER\Software\Vx_Main tour\Width")
+reg.KeyDelete "HKEY_CURRENT_USER\Software\Vx_Main tour"
+Show "after KeyDelete, the key exists", reg.IsHasKey(HKCU, "Software\Vx_Main tour")
+' ---- Shamsi and Miladi dates ----
+WScript.Echo "Ds_Calendar: Shamsi (Solar Hijri) and Miladi (Gregorian) dates"
+Dim cal, inWords
+Set cal = CreateObject("Vx_Main.Ds_Calendar")
+Show "Shamsi 1385/05/12 is Miladi", cal.MiladyDate("1385/05/12")
+Show "Shamsi 1385/02/31 (no Gregorian date, read by its parts)", cal.MiladyDate("1385/02/31")
+Show "Shamsi 1403/01/01 in the host's short-date format", cal.MiladyDate("1403/01/01", True)
+Show "Miladi 2006/08/03 is Shamsi", cal.ShamsiDate("2006/08/03")
+Show "ConvertDateFormat(""2024/03/20"", GoHejryDate = 1)", cal.ConvertDateFormat("2024/03/20", 1)
+Show "Miladi 2021/04/01 (the century stays 13)", cal.ShamsiDate("2021/04/01")
+Call cal.ShamsiDate("2006/08/03", "", inWords)
+Show "the same date in Persian words (" & Len(inWords) & " characters)", inWords
+On Error Resume Next
+Call cal.ShamsiDate("not a date")
+Show "ShamsiDate(""not a date"")", "Err.Number " & Err.Number & " (" & Err.Description & ")"
+Err.Clear
+On Error GoTo 0
+WScript.Echo ""
+
+' ---- Amounts in Persian words ----
+WScript.Echo "Ds_AlphaMoney: an amount from 0 to 999,999,999,999 in Persian words"
+Dim money
+Set money = CreateObject("Vx_Main.Ds_AlphaMoney")
+Show "2500", money.ConvertAlphaMoney(2500)
+Show "2,500,000", money.ConvertAlphaMoney(2500000)
+Show "1,000,000,000,000 (out of range)", money.ConvertAlphaMoney(1000000000000)
+money.AlphaThousand = " thousand"
+money.AlphaAnd = " and "
+Show "2500 with AlphaThousand and AlphaAnd replaced", money.ConvertAlphaMoney(2500)
+WScript.Echo "  (a console without Persian letters shows them as question marks)"
+WScript.Echo ""
+' ---- String and array helpers ----
+WScript.Echo "Ds_MyVaribleFunction: fields of a text, joins and comparisons"
+Dim tools, path, a, b
+Set tools = CreateObject("Vx_Main.Ds_MyVaribleFunction")
+path = "C:\Reports\2024\summary.txt"
+Show "folder of " & path, tools.GetVar(path, 0, "\", 3)
+Show "file name", tools.GetVar(path, 0, "\", 1)
+Show "second field of ""red,green,blue""", tools.GetVar("red,green,blue", 1)
+Show "fields 1 to 2 of ""a/b/c/d""", tools.GetVar("a/b/c/d", 1, "/", 6, 2)
+Show "an array joined", tools.GetVar(Array("x", "y", "z"), -1, " + ")
+Show """ABC"" equals ""abc""", tools.IsEqute("ABC", "abc")
+Show """x"" is not in (a, b)", tools.IsEqute("x", Array("a", "b"), 4)
+a = "Hello World"
+b = "WORLD"
+Show "finding ""WORLD"" in ""Hello World""", tools.IsEqute(a, b, 7) & " (the variables now hold """ & a & """ and """ & b & """)"
+Show "upper bound of an empty array", tools.CountUBound(Array())
+Show "Null replaced", tools.GoIsNull(Null, "n/a")
+WScript.Echo ""
+
+' ---- The clock ----
+WScript.Echo "Ds_SysTime: the clock in Coordinated Universal Time, and a polled countdown"
+Dim clock, started, polls
+Set clock = CreateObject("Vx_Main.Ds_SysTime")
+Show "starting a 1-second countdown", clock.GetTimerRun(1)
+Show "asked again at once", clock.GetTimerRun(1)
+started = Timer
+polls = 0
+Do While Not clock.GetTimerRun(1)
+    polls = polls + 1
+    If Abs(Timer - started) > 5 Then Exit Do
+Loop
+Show "ran out after", FormatNumber(Abs(Timer - started), 1) & " seconds (" & polls & " polls)"
+' ---- Driving another program's windows ----
+WScript.Echo "Ds_EnumChid: find notepad by its window path, type into it, close it"
+Dim finder, shell, pad, padEdit, chain, k
+Set finder = CreateObject("Vx_Main.Ds_EnumChid")
+Set shell = CreateObject("WScript.Shell")
+shell.Run "notepad.exe", 1, False
+Set pad = finder.WaitFindWindows("Untitled - Notepad")     ' yields until the window is there
+Set padEdit = finder.GetChild("Untitled - Notepad~Edit")     ' a child step: class Edit
+Show "notepad's window", pad.Title & " (class " & pad.Class & ")"
+Show "its edit control", padEdit.Class & ", identifier " & padEdit.ControlID
+pad.WinState = 0                                             ' bring it forward
+finder.GoCusorXY finder.GetPosLeft(padEdit.MyHwndWin) + 40, finder.GetPosTop(padEdit.MyHwndWin) + 20, 6, 5
+finder.SetTextMaching "HELLO FROM VX", 0, 3                  ' simulated keys to the focused window
+For k = 1 To 200
+    If padEdit.Title = "hello from vx" Then Exit For           ' the keys arrive in their own time
+    finder.WaitDoEvents , 20
+Next
+Show "typed with simulated keys", padEdit.Title
+padEdit.SetText "A line set with WM_SETTEXT", 4
+Show "set by message", padEdit.Title
+Set chain = padEdit.SubParentEnumX(1)                        ' the edit and its ancestors, keyed by class
+Show "from the edit up", chain.Item(1).MyPathKey & " in " & chain.Item(2).MyPathKey
+padEdit.SendMsg 185, 0, 0                                    ' EM_SETMODIFY: nothing to save
+finder.WindowsClose pad.MyHwndWin
+For k = 1 To 200
+    If finder.GetFindHandle("Untitled - Notepad") = 0 Then Exit For
+    finder.WaitDoEvents , 20
+Next
+Show "notepad closed", finder.GetFindHandle("Untitled - Notepad") = 0
+WScript.Echo ""
+
 WScript.Echo "End of tour."

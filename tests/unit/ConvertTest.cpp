@@ -156,3 +156,21 @@ TEST(ConvertLocale, TheLaneRunsUnderItsLocale) {
     EXPECT_EQ(q.month, p.month);
     EXPECT_EQ(q.day, p.day);
 }
+
+TEST(ConvertLocale, ShortDateTextWritesTheDateInTheLocalesShortFormat) {
+    DATE d = 0;
+    ASSERT_TRUE(makeDate(2006, 8, 3, d));
+    const std::wstring text = shortDateText(d + 0.75);
+    EXPECT_EQ(parseDate(text), d);  // the time of day is dropped, and the text reads back
+    EXPECT_EQ(text, toText(*Variant::fromDate(d)));  // as CStr writes a date without a time
+    ASSERT_TRUE(makeDate(1385, 5, 12, d));
+    EXPECT_EQ(parseDate(shortDateText(d - 0.5)), d);  // before 1899 the time counts forward too
+}
+
+TEST(Convert, ShortDateTextInEnglishUnitedStates) {
+    DATE d = 0;
+    ASSERT_TRUE(makeDate(2006, 8, 3, d));
+    EXPECT_EQ(shortDateText(d), L"8/3/2006");
+    ASSERT_TRUE(makeDate(1385, 5, 12, d));
+    EXPECT_EQ(shortDateText(d - 0.25), L"5/12/1385");  // 06:00 of a day before 1899-12-30
+}

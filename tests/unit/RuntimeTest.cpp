@@ -31,6 +31,7 @@ TEST(Text, PositionsCountFromOne) {
     EXPECT_EQ(inStr(L"hello", L"L"), 0);
     EXPECT_EQ(inStr(L"hello", L"L", Compare::Text), 3);
     EXPECT_EQ(inStr(L"hello", L""), 1);
+    EXPECT_EQ(inStr(L"", L""), 0);
     EXPECT_EQ(inStr(9, L"hello", L"l"), 0);
     EXPECT_RUNTIME_ERROR(inStr(0, L"hello", L"l"), 5);
     EXPECT_EQ(mid(L"hello", 2, 3), L"ell");

@@ -26,36 +26,15 @@ HRESULT ListCollection::Add(VARIANT SetValueA, BSTR sKey, VARIANT SetValueB, VAR
             rec->letValue(DataCollection::H, SetValueH);
             result = ComPtr<_Ds_DataCollection>(rec.get());
             if (key.empty())
-                records_.add(result);
+                items_.add(result);
             else
-                records_.add(result, key);
+                items_.add(result, key);
         });
         // A failed Add (most often a key already in use) hands back the record stored
         // under the key, unchanged; when there is none, that lookup's error is the result.
-        if (!added) result = records_.find(key);
+        if (!added) result = items_.find(key);
         *record = result.detach();
     });
-}
-
-HRESULT ListCollection::Item(VARIANT* Index, _Ds_DataCollection** record) {
-    if (!Index || !record) return E_POINTER;
-    *record = nullptr;
-    return guard([&] { *record = ComPtr<_Ds_DataCollection>(records_.item(*Index)).detach(); });
-}
-
-HRESULT ListCollection::Remove(VARIANT* Index) {
-    if (!Index) return E_POINTER;
-    return guard([&] { records_.remove(*Index); });
-}
-
-HRESULT ListCollection::get_Count(LONG* count) {
-    if (!count) return E_POINTER;
-    *count = records_.count();
-    return S_OK;
-}
-
-HRESULT ListCollection::Clear() {
-    return guard([&] { records_.clear(); });
 }
 
 }  // namespace vx

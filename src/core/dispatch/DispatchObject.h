@@ -12,18 +12,78 @@
 #include "core/dispatch/ErrorBoundary.h"
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
+#include "core/runtime/Variant.h"
 #include "core/server/Module.h"
 
 #include "core/runtime/Platform.h"
 
 #include <new>
 #include <utility>
+#include <vector>
 
 namespace vx {
 
 // Completes a dispatch call: an error reported through the boundary reaches the host as
 // DISP_E_EXCEPTION with its code and text in the EXCEPINFO.
 HRESULT finishInvoke(HRESULT hr, EXCEPINFO* excepInfo) noexcept;
+
+// The by-reference parameters of an interface's members, read once from its type info:
+// what CallArguments needs to know.
+class CallPlan {
+public:
+    explicit CallPlan(ITypeInfo* interfaceInfo) noexcept;
+
+    struct Param {
+        VARTYPE pointee = VT_EMPTY;  // a by-reference parameter's type; VT_EMPTY for the others
+        bool hasDefault = false;
+        Variant defaultValue;
+    };
+    struct Member {
+        DISPID id;
+        INVOKEKIND kind;
+        std::vector<Param> params;  // the parameters a caller passes, in order
+    };
+    // The member called by id with these dispatch flags, if it has by-reference parameters.
+    const Member* find(DISPID id, WORD flags) const noexcept;
+
+private:
+    std::vector<Member> members_;
+};
+
+// The arguments of a call, completed where a type info's Invoke falls short
+// of what hosts expect: an omitted by-reference parameter that declares a default gets
+// that default as a reference to a value of the parameter's type (a type info may pass the
+// default by value where the member expects a pointer), and a host variable passed to a
+// typed by-reference parameter (scripts pass every variable as a reference to a Variant)
+// gets a reference to its value in that type, written back to the variable when the
+// member changes it. Everything else is left to the type info.
+class CallArguments {
+public:
+    CallArguments() = default;
+    CallArguments(const CallArguments&) = delete;
+    CallArguments& operator=(const CallArguments&) = delete;
+
+    // The parameters to pass: params itself, or a completed copy that lives as long as this.
+    DISPPARAMS* complete(const CallPlan& plan, DISPID id, WORD flags, DISPPARAMS* params) noexcept;
+    // After the call: writes changed typed references back to the host's variables, and
+    // hands an argument position the type info reported (if it did) to the caller as the
+    // caller's own.
+    static constexpr UINT noPosition = 0xFFFFFFFFu;
+    void finish(UINT position, UINT* argErr) noexcept;
+
+private:
+    struct WriteBack {
+        VARIANT* variable;  // the host's variable
+        size_t value;       // its value in the parameter's type, in values_
+        Variant before;
+    };
+    std::vector<VARIANT> args_;
+    std::vector<Variant> values_;
+    std::vector<WriteBack> writeBacks_;
+    DISPPARAMS completed_{};
+    UINT added_ = 0;  // positional arguments added for omitted ones
+    UINT named_ = 0;  // 1 for a property assignment's value
+};
 
 template <class Derived, class Interface>
 class DispatchObject : public Interface, public ISupportErrorInfo, public IProvideClassInfo {
@@ -93,7 +153,11 @@ public:
         if (!ti) return E_UNEXPECTED;
         clearLastError();
         ComPtr<Derived> keepAlive(static_cast<Derived*>(this));  // a member may drop the host's last reference
-        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, params, result, excepInfo, argErr);
+        CallArguments args;
+        UINT position = CallArguments::noPosition;
+        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, args.complete(callPlan(), id, flags, params),
+                                result, excepInfo, &position);
+        args.finish(position, argErr);
         return finishInvoke(hr, excepInfo);
     }
 
@@ -125,6 +189,10 @@ private:
     static ITypeInfo* interfaceInfo() noexcept {
         static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));  // kept for the module's life
         return info;
+    }
+    static const CallPlan& callPlan() noexcept {
+        static const CallPlan plan(interfaceInfo());
+        return plan;
     }
 
     volatile LONG refs_ = 1;

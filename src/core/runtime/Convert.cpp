@@ -138,6 +138,14 @@ DateParts splitDate(DATE d) {
     return DateParts{st.wYear, st.wMonth, st.wDay, st.wHour, st.wMinute, st.wSecond, st.wDayOfWeek + 1};
 }
 
+std::wstring shortDateText(DATE d) {
+    // The time of day counts forward from the day's start, before 1899-12-30 too.
+    Bstr text;
+    HRESULT hr = VarBstrFromDate(std::trunc(d), LOCALE_USER_DEFAULT, VAR_DATEVALUEONLY, text.put());
+    if (FAILED(hr)) raise(conversionErrorNumber(hr));
+    return text.str();
+}
+
 Variant letValue(const VARIANT& v) {
     const VARIANT& d = deref(v);
     VARTYPE t = V_VT(&d) & ~VT_BYREF;

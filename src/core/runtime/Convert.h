@@ -42,6 +42,10 @@ struct DateParts {
     int weekday;  // 1 = Sunday ... 7 = Saturday
 };
 DateParts splitDate(DATE d);
+// FormatDateTime with the short-date format: the date part of d written in the user's
+// short-date format ("8/3/2006" in en-US, "03.08.2006" in de-DE), as CStr writes a date
+// without a time of day.
+std::wstring shortDateText(DATE d);
 // A date from its fields; false when they do not form a valid date of years 100 to 9999.
 bool makeDate(int year, int month, int day, DATE& out);
 

@@ -3,6 +3,7 @@
 #include "core/runtime/Errors.h"
 
 #include <objbase.h>
+#include <dispex.h>
 
 #include <algorithm>
 #include <string>
@@ -61,7 +62,13 @@ Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Varian
     std::wstring n(name);
     LPOLESTR names[1] = {&n[0]};
     DISPID id = DISPID_UNKNOWN;
-    if (FAILED(object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) raise(err::NotSupported);
+    if (FAILED(object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
+        // Script objects (a script's own class instances) may name their members only
+        // through IDispatchEx.
+        ComPtr<IDispatchEx> ex = object_.query<IDispatchEx>();
+        Bstr bname(name);
+        if (!ex || FAILED(ex->GetDispID(bname.get(), fdexNameCaseInsensitive, &id))) raise(err::NotSupported);
+    }
     return invoke(object_.get(), id, flags, args);
 }
 

@@ -73,7 +73,7 @@ std::wstring mid(std::wstring_view s, long start, long length) {
 long inStr(long start, std::wstring_view s, std::wstring_view find, Compare mode) {
     if (start < 1) raise(err::InvalidCall);
     size_t from = static_cast<size_t>(start - 1);
-    if (from > s.size()) return 0;
+    if (from > s.size() || s.empty()) return 0;
     if (find.empty()) return start;
     std::wstring hay = comparable(s, mode), needle = comparable(find, mode);
     size_t at = hay.find(needle, from);

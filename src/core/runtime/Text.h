@@ -26,7 +26,7 @@ std::wstring right(std::wstring_view s, long length);               // error 5 w
 std::wstring mid(std::wstring_view s, long start, long length = -1);  // start from 1; -1 = to the end
 
 // InStr: the 1-based position of find in s at or after start, 0 when absent; an empty
-// find is found at start (when start is within s).
+// find is found at start (when start is within s); nothing is found in empty text.
 long inStr(long start, std::wstring_view s, std::wstring_view find, Compare mode = Compare::Binary);
 long inStr(std::wstring_view s, std::wstring_view find, Compare mode = Compare::Binary);
 

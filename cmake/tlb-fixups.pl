@@ -1,0 +1,114 @@
+#!/usr/bin/perl
+# Completes what widl cannot write into the type library:
+#
+#  0. Every application-object coclass is marked pre-declared (TYPEFLAG_FPREDECLID):
+#     global classes are reachable without creating them, and widl has no attribute for it.
+#
+# and, for optional Variant (and String) parameters with a default:
+#
+#  1. An "[in, out] VARIANT" parameter (not a pointer) becomes the VARIANT* it stands
+#     for. widl refuses a text default on a VARIANT*, and writes a number default of one
+#     as a Variant-typed nothing; so such parameters are declared with VX_VARIANT_REF
+#     (see Vx_Main.idl), which is a plain VARIANT in the type library's pass. An
+#     "[in, out] BSTR" (VX_BSTR_REF) becomes a BSTR* the same way: widl refuses a text
+#     default on a BSTR* too.
+#  2. A number default that widl wrote with a Variant type on a VARIANT* (its own
+#     "defaultvalue(n)" on a pointer) gets the number's type.
+#  3. A whole-number default of a Variant parameter that fits in 16 bits is an Integer,
+#     as the host language types its literals (widl writes a Long).
+#
+# Usage: tlb-fixups.pl file.tlb   (edits the file in place, prints what it changed)
+use strict;
+use warnings;
+
+my $file = shift or die "usage: $0 file.tlb\n";
+open(my $fh, '+<', $file) or die "$file: $!\n";
+binmode $fh;
+local $/;
+my $data = <$fh>;
+
+my ($magic, undef, undef, undef, undef, $varflags, undef, undef, $ntypes) = unpack('V9', $data);
+die "$file: not an MSFT type library\n" unless $magic == 0x5446534D;
+my $pos = 0x54;
+$pos += 4 if $varflags & 0x100;                     # help DLL name offset
+my @offsets = unpack("x$pos V$ntypes", $data);
+$pos += 4 * $ntypes;
+# The segment directory: offset and length of each of fifteen segments.
+my @segments = map { [unpack('x' . ($pos + 16 * $_) . ' V2', $data)] } 0 .. 14;
+my ($tab) = @{$segments[0]};                         # the type info table
+my ($tdOffset, $tdLength) = @{$segments[9]};         # the type descriptions
+
+use constant {
+    VT_I2 => 2, VT_I4 => 3, VT_VARIANT => 12, VT_PTR => 26,
+    PARAMFLAG_FOUT => 0x2, PARAMFLAG_FHASDEFAULT => 0x20,
+    INLINE_VARIANT => 0x800C000C,                    # the type VARIANT, written in place
+    INLINE_BSTR => 0x80080008,                       # the type BSTR, written in place
+    SIZEOF_TYPEDESC => 8,                            # as the record's FUNCDESC size counts it
+};
+
+# The type descriptions "pointer to VARIANT" and "pointer to BSTR", which every dual
+# interface with a Variant or String result already has.
+my %pointerTo;
+if ($tdOffset != 0xFFFFFFFF) {
+    for (my $o = 0; $o + 8 <= $tdLength; $o += 8) {
+        my ($t0, $t1) = unpack('x' . ($tdOffset + $o) . ' V2', $data);
+        next unless ($t0 & 0xFFFF) == VT_PTR && ($t1 == INLINE_VARIANT || $t1 == INLINE_BSTR);
+        $pointerTo{$t1} = $o unless defined $pointerTo{$t1};
+    }
+}
+my $variantRef = $pointerTo{+INLINE_VARIANT};
+
+use constant { TKIND_COCLASS => 5, TYPEFLAG_FAPPOBJECT => 0x1, TYPEFLAG_FPREDECLID => 0x8 };
+my ($references, $retyped, $predeclared) = (0, 0, 0);
+for my $off (@offsets) {
+    my $base = $tab + $off;
+    my ($kind) = unpack("x$base V", $data);
+    my $fpos = $base + 0x30;
+    my ($flags) = unpack("x$fpos V", $data);
+    next unless ($kind & 0xF) == TKIND_COCLASS && ($flags & TYPEFLAG_FAPPOBJECT);
+    substr($data, $fpos, 4) = pack('V', $flags | TYPEFLAG_FPREDECLID);
+    $predeclared++;
+}
+for my $off (@offsets) {
+    my $base = $tab + $off;
+    my ($memoffset) = unpack("x$base x4 V", $data);
+    my ($elements) = unpack('x' . ($base + 0x18) . ' V', $data);
+    my $functions = $elements & 0xFFFF;
+    next unless $functions;
+    my $record = $memoffset + 4;
+    for (1 .. $functions) {
+        my ($info, undef, undef, undef, $descSize, $fkccic, $nargs) = unpack("x$record V3 v2 V v", $data);
+        my $length = $info & 0xFFFF;
+        my $params = $record + $length - 12 * $nargs;
+        my $defaults = ($fkccic & 0x1000) ? $record + $length - 16 * $nargs : undef;
+        for my $i (0 .. $nargs - 1) {
+            my $p = $params + 12 * $i;
+            my ($type, undef, $flags) = unpack("x$p V3", $data);
+            if (($flags & PARAMFLAG_FOUT) && ($type == INLINE_VARIANT || $type == INLINE_BSTR)) {
+                die "$file: no pointer type description to refer to\n" unless defined $pointerTo{$type};
+                $type = $pointerTo{$type};
+                substr($data, $p, 4) = pack('V', $type);
+                $descSize += SIZEOF_TYPEDESC;
+                substr($data, $record + 14, 2) = pack('v', $descSize);
+                $references++;
+            }
+            next unless defined $defaults && ($flags & PARAMFLAG_FHASDEFAULT);
+            next unless $type == INLINE_VARIANT || (defined $variantRef && $type == $variantRef);
+            my $d = $defaults + 4 * $i;
+            my ($value) = unpack("x$d V", $data);
+            next unless $value & 0x80000000;               # a value kept in place
+            my $vt = ($value >> 26) & 0x1F;
+            my $number = $value & 0x3FFFFFF;
+            next unless $vt == VT_I4 || $vt == VT_VARIANT;
+            my $want = $number <= 0x7FFF ? VT_I2 : VT_I4;
+            next if $want == $vt;
+            substr($data, $d, 4) = pack('V', 0x80000000 | ($want << 26) | $number);
+            $retyped++;
+        }
+        $record += $length;
+    }
+}
+seek($fh, 0, 0);
+print $fh $data;
+close $fh;
+print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed\n";

@@ -1,0 +1,214 @@
+#include "desktop/WindowModule.h"
+
+#include "core/runtime/Ansi.h"
+#include "core/runtime/Convert.h"
+#include "core/runtime/Text.h"
+#include "desktop/ENumAction.h"
+
+#include <climits>
+
+namespace vx {
+namespace window {
+
+const wchar_t kPairMarker[] = L"/#|*|#\\";
+
+namespace {
+
+// FindWindowA by title (class any), then by class (title any).
+HWND findByTitleOrClass(const std::wstring& step) {
+    const std::string ansi = toAnsi(step);
+    HWND found = FindWindowA(nullptr, ansi.c_str());
+    if (!found) found = FindWindowA(ansi.c_str(), nullptr);
+    return found;
+}
+
+// A step written as a number: the number (rounded as CLng rounds), or false.
+bool numericStep(const std::wstring& step, LONG& number) {
+    Variant text = Variant::fromText(step);
+    if (step.empty() || !isNumeric(*text)) return false;
+    number = toInt32(*text);
+    return true;
+}
+
+}  // namespace
+
+LONG specialHandle(LONG code) {
+    switch (code) {
+    case -1: return toLong(GetDesktopWindow());
+    case -2: return toLong(FindWindowA("Shell_TrayWnd", nullptr));
+    case -3: return toLong(FindWindowA(nullptr, "Start Menu"));
+    default: return code;
+    }
+}
+
+LONG resolvePath(const VARIANT& path, const VARIANT& separator) {
+    return resolvePath(toText(path), toText(separator));
+}
+
+LONG resolvePath(std::wstring_view pathText, std::wstring_view separator) {
+    if (pathText.empty()) return 0;
+    std::wstring path(pathText);
+    if (!separator.empty()) {
+        std::wstring pair = L"*" + std::wstring(separator) + L"*";
+        path = replace(path, pair, kPairMarker);
+    }
+    std::vector<std::wstring> steps = split(path, separator);
+    if (steps.empty()) return 0;
+
+    if (steps.size() == 1) {
+        const std::wstring& step = steps[0];
+        if (step == L"-1" || step == L"-2" || step == L"-3") return specialHandle(toInt32(*Variant::fromText(step)));
+        if (HWND found = findByTitleOrClass(step)) return toLong(found);
+        LONG number = 0;
+        if (numericStep(step, number)) return number;
+        return 0;
+    }
+
+    HWND current = findByTitleOrClass(steps[0]);
+    for (size_t i = 1; i < steps.size(); ++i) {
+        std::vector<std::wstring> pieces = split(steps[i], kPairMarker);
+        const std::wstring cls = pieces.empty() ? std::wstring() : pieces[0];
+        // No class is named by an empty text, so an empty class piece finds nothing.
+        if (cls.empty()) {
+            current = nullptr;
+            continue;
+        }
+        const std::string ansiClass = toAnsi(cls);
+        if (pieces.size() > 1) {
+            const std::string ansiTitle = toAnsi(pieces[1]);
+            current = FindWindowExA(current, nullptr, ansiClass.c_str(), ansiTitle.c_str());
+        } else {
+            current = FindWindowExA(current, nullptr, ansiClass.c_str(), nullptr);
+        }
+    }
+    return toLong(current);
+}
+
+LRESULT sendWithZeroRef(HWND hwnd, UINT msg, WPARAM wParam) {
+    LONG zero = 0;
+    return SendMessageA(hwnd, msg, wParam, reinterpret_cast<LPARAM>(&zero));
+}
+
+std::wstring readText(HWND hwnd) {
+    const LRESULT reported = sendWithZeroRef(hwnd, WM_GETTEXTLENGTH, 0);
+    const LONG length = reported > LONG_MAX - 1 ? LONG_MAX - 1 : static_cast<LONG>(reported);
+    if (length < 1) {
+        AnsiBuffer buffer(1024);
+        int n = GetWindowTextA(hwnd, buffer.data(), 1024);
+        return n > 0 ? buffer.text(static_cast<size_t>(n)) : std::wstring();
+    }
+    std::string buffer(static_cast<size_t>(length) + 1, '\0');
+    LRESULT n = SendMessageA(hwnd, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(&buffer[0]));
+    if (n >= 1) return fromAnsi(std::string_view(buffer.data(), std::min(static_cast<size_t>(n), buffer.size())));
+    return fromAnsi(buffer);  // nothing was copied: the NULs stay as they are
+}
+
+std::wstring readClass(HWND hwnd) {
+    AnsiBuffer buffer(255);
+    GetClassNameA(hwnd, buffer.data(), 255);
+    return buffer.text();
+}
+
+std::wstring hexText(LONG value) {
+    static const wchar_t digits[] = L"0123456789ABCDEF";
+    ULONG rest = static_cast<ULONG>(value);
+    std::wstring text;
+    do {
+        text.insert(text.begin(), digits[rest & 0xF]);
+        rest >>= 4;
+    } while (rest != 0);
+    return text;
+}
+
+std::wstring styleReport(HWND hwnd) {
+    // Only the border and visible flags are reported; the other labels keep their place
+    // in the list but are never written.
+    struct Flag {
+        const wchar_t* label;
+        LONG value;
+    };
+    static const Flag flags[] = {
+        {L"WS_CHILD:", 0},         {L"WS_GROUP:", 0},        {L"WS_BORDER:", 0x800000},
+        {L"WS_CAPTION:", 0},       {L"WS_HSCROLL:", 0},      {L"WS_SYSMENU:", 0},
+        {L"WS_TABSTOP:", 0},       {L"WS_VISIBLE:", 0x10000000}, {L"WS_VSCROLL:", 0},
+        {L"WS_DLGFRAME:", 0},      {L"WS_THICKFRAME:", 0},   {L"WS_POPUPWINDOW:", 0},
+        {L"WS_MAXIMIZEBOX:", 0},   {L"WS_MINIMIZEBOX:", 0},  {L"WS_CLIPCHILDREN:", 0},
+        {L"WS_CLIPSIBLINGS:", 0},
+    };
+    const LONG style = GetWindowLongA(hwnd, GWL_STYLE);
+    std::wstring report;
+    for (const Flag& f : flags)
+        if (f.value != 0 && (style & f.value) == f.value)
+            report += std::wstring(f.label) + std::to_wstring(f.value) + L"\\";
+    return report;
+}
+
+// ---- the tables ----
+
+namespace {
+
+std::vector<TopWindow>& topTable() {
+    static std::vector<TopWindow> table(1);
+    return table;
+}
+
+std::vector<ComPtr<_Ds_ENumAction>>& childTable() {
+    static std::vector<ComPtr<_Ds_ENumAction>> table;
+    return table;
+}
+
+BOOL CALLBACK enumTopWindowsProc(HWND hwnd, LPARAM) {
+    try {
+        std::wstring title(cutAtNul(readText(hwnd)));
+        if (!title.empty()) {
+            auto& table = topTable();
+            table.back() = TopWindow{std::move(title), toLong(hwnd)};
+            table.emplace_back();
+        }
+    } catch (...) {
+        // a window that cannot be read is skipped
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK enumChildProc(HWND hwnd, LPARAM) {
+    try {
+        appendChildWindow(hwnd);
+    } catch (...) {
+    }
+    return TRUE;
+}
+
+}  // namespace
+
+const std::vector<TopWindow>& topWindows() { return topTable(); }
+
+long collectTopWindows() {
+    auto& table = topTable();
+    table.assign(1, TopWindow{});
+    EnumWindows(enumTopWindowsProc, 0);
+    return static_cast<long>(table.size()) - 1;
+}
+
+std::vector<ComPtr<_Ds_ENumAction>>& childWindows() { return childTable(); }
+
+void clearChildWindows() {
+    // Released only once the table is empty, so that a release cannot see it half-cleared.
+    auto old = std::move(childTable());
+    childTable().clear();
+}
+
+void appendChildWindow(HWND hwnd) {
+    auto object = ENumAction::create();
+    object->setHandle(toLong(hwnd));
+    childTable().emplace_back(object.get());
+}
+
+void collectChildWindows(HWND parent) { EnumChildWindows(parent, enumChildProc, 0); }
+
+void collectThreadWindows(DWORD threadId) {
+    if (threadId != 0) EnumThreadWindows(threadId, enumChildProc, 0);
+}
+
+}  // namespace window
+}  // namespace vx

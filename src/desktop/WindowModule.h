@@ -1,0 +1,70 @@
+#pragma once
+// The window routines every window class shares: window paths, window text, the style
+// report, and the two process-wide tables that the enumeration callbacks fill.
+//
+// Window handles are 32-bit Longs at the interface on every build (the system keeps
+// them within 32 bits): toHwnd sign-extends, toLong keeps the low 32 bits.
+#include "Vx_Main.h"
+#include "core/runtime/ComPtr.h"
+#include "core/runtime/Platform.h"
+
+#include <string>
+#include <vector>
+
+namespace vx {
+
+inline HWND toHwnd(LONG handle) noexcept { return reinterpret_cast<HWND>(static_cast<LONG_PTR>(handle)); }
+inline LONG toLong(HWND hwnd) noexcept { return static_cast<LONG>(reinterpret_cast<LONG_PTR>(hwnd)); }
+
+namespace window {
+
+// The separator that marks a class-and-title pair inside a path step once the star,
+// separator, star of the path has been replaced.
+extern const wchar_t kPairMarker[];
+
+// A window path resolved to a handle (0 when nothing is found); see the README for the
+// grammar. Steps are separated by separator (usually "~").
+LONG resolvePath(const VARIANT& path, const VARIANT& separator);
+LONG resolvePath(std::wstring_view path, std::wstring_view separator);
+// -1 the desktop, -2 the taskbar, -3 the start menu; any other value unchanged.
+LONG specialHandle(LONG code);
+
+// The window's text as WM_GETTEXTLENGTH / WM_GETTEXT (or GetWindowText) give it.
+std::wstring readText(HWND hwnd);
+// GetClassName, cut at the first NUL.
+std::wstring readClass(HWND hwnd);
+// A number as upper-case hexadecimal digits without prefix (negative numbers as their
+// 32-bit pattern), as control identifiers are shown.
+std::wstring hexText(LONG value);
+// The two style flags a host can test: "WS_BORDER:8388608\" and "WS_VISIBLE:268435456\".
+std::wstring styleReport(HWND hwnd);
+
+// SendMessageA for messages whose lParam is 0: the value passed is the address of a
+// 32-bit zero (the declaration the library keeps takes lParam by reference).
+LRESULT sendWithZeroRef(HWND hwnd, UINT msg, WPARAM wParam);
+
+// ---- the two process-wide tables ----
+
+struct TopWindow {
+    std::wstring title;
+    LONG handle = 0;
+};
+
+// The titled top-level windows in enumeration order, with one spare empty element at
+// the end. Rebuilt by collectTopWindows; a caller that goes on using a list while
+// yielding keeps its own copy (a re-entrant call may rebuild the table meanwhile).
+const std::vector<TopWindow>& topWindows();
+// Rebuilds the table and returns its upper bound (the number of titled windows).
+long collectTopWindows();
+
+// The window objects the child and thread enumerations collected.
+std::vector<ComPtr<_Ds_ENumAction>>& childWindows();
+// Empties the child table; appends the children of parent / the windows of a thread.
+void clearChildWindows();
+void collectChildWindows(HWND parent);
+void collectThreadWindows(DWORD threadId);
+// Appends one window object for hwnd.
+void appendChildWindow(HWND hwnd);
+
+}  // namespace window
+}  // namespace vx

@@ -1,0 +1,82 @@
+#include "registry/RegValue.h"
+
+#include "core/runtime/Errors.h"
+#include "core/runtime/Convert.h"
+#include "registry/Reg.h"
+
+namespace vx {
+
+HRESULT RegValue::get_HKey(Reg_Type* value) {
+    if (!value) return E_POINTER;
+    *value = hkey_;
+    return S_OK;
+}
+
+HRESULT RegValue::put_HKey(Reg_Type value) {
+    hkey_ = value;
+    return S_OK;
+}
+
+HRESULT RegValue::get_SubKey(BSTR* value) {
+    if (!value) return E_POINTER;
+    *value = nullptr;
+    return guard([&] { *value = Bstr(subKey_).detach(); });
+}
+
+HRESULT RegValue::put_SubKey(BSTR value) {
+    return guard([&] { subKey_ = Bstr(viewOf(value)); });
+}
+
+HRESULT RegValue::get_KeyName(BSTR* value) {
+    if (!value) return E_POINTER;
+    *value = nullptr;
+    return guard([&] { *value = Bstr(keyName_).detach(); });
+}
+
+HRESULT RegValue::put_KeyName(BSTR value) {
+    return guard([&] { keyName_ = Bstr(viewOf(value)); });
+}
+
+HRESULT RegValue::get_DataValue(VARIANT* value) {
+    if (!value) return E_POINTER;
+    VariantInit(value);
+    return guard([&] { Variant(dataValue_).detachTo(value); });
+}
+
+HRESULT RegValue::put_DataValue(VARIANT value) {
+    return guard([&] { dataValue_ = letValue(value); });
+}
+
+HRESULT RegValue::putref_DataValue(VARIANT value) {
+    return guard([&] {
+        // Set stores the object reference itself (Nothing included).
+        if (!isObject(value)) raise(err::ObjectRequired);
+        dataValue_ = Variant::copyOf(value);
+    });
+}
+
+HRESULT RegValue::get_Datatype(Reg_Type* value) {
+    if (!value) return E_POINTER;
+    *value = datatype_;
+    return S_OK;
+}
+
+HRESULT RegValue::put_Datatype(Reg_Type value) {
+    datatype_ = value;
+    return S_OK;
+}
+
+HRESULT RegValue::Delete(VARIANT_BOOL* result) {
+    if (!result) return E_POINTER;
+    *result = VARIANT_FALSE;
+    return guard([&] {
+        auto reg = Reg::createPrivate();
+        Bstr path(subKey_);
+        check(reg->ValueDelete(path.get(), hkey_, result));
+    });
+}
+
+// Renaming is not supported: the name is accepted and the value keeps its own.
+HRESULT RegValue::Rename(BSTR) { return S_OK; }
+
+}  // namespace vx

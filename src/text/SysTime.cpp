@@ -1,0 +1,106 @@
+#include "text/SysTime.h"
+
+#include "core/runtime/Convert.h"
+#include "core/runtime/Errors.h"
+
+#include <string>
+
+namespace vx {
+
+SystemClock& systemClock() noexcept {
+    static SystemClock clock;
+    return clock;
+}
+
+namespace {
+
+// The present number of seconds since midnight (UTC), rounded to a whole number as the
+// runtime rounds (half to even).
+int32_t secondsSinceMidnight() {
+    SYSTEMTIME now{};
+    systemClock().getTime(&now);
+    const double seconds = now.wHour * 3600.0 + now.wMinute * 60.0 + now.wSecond + now.wMilliseconds / 1000.0;
+    return roundToInt32(seconds);
+}
+
+}  // namespace
+
+HRESULT SysTime::GetVarKeepTime(VARIANT* result) {
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    systemClock().getTime(&kept_);
+    return S_OK;
+}
+
+HRESULT SysTime::SetVarNewTime(VARIANT* result) {
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    systemClock().setTime(&kept_);  // a refused change is not an error
+    return S_OK;
+}
+
+HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* IsWantHour, VARIANT* result) {
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    if (!GetDateSys) return E_POINTER;
+    return guard([&] {
+        const Vx_SYSTEMTIME& t = *GetDateSys;
+        std::wstring text = std::to_wstring(t.wYear) + L'/' + std::to_wstring(t.wMonth) + L'/' + std::to_wstring(t.wDay);
+        if (IsWantHour && *IsWantHour != VARIANT_FALSE)
+            text += L' ' + std::to_wstring(t.wHour) + L':' + std::to_wstring(t.wMinute) + L':' +
+                    std::to_wstring(t.wSecond);
+        Variant::fromText(text).detachTo(result);
+    });
+}
+
+HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARIANT* wDayOfWeek, VARIANT* wHour,
+                            VARIANT* wMinute, VARIANT* wSecond, VARIANT* wMilliseconds, VARIANT* result) {
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    return guard([&] {
+        SYSTEMTIME now{};
+        systemClock().getTime(&now);
+        SYSTEMTIME t = now;
+        // An omitted or Null field keeps its present value; the others must be Integers.
+        auto field = [](const VARIANT* arg, WORD& slot) {
+            if (!arg || isMissing(*arg) || isNull(*arg)) return;
+            slot = static_cast<WORD>(toInt16(*arg));
+        };
+        // The fields are read in this order, so that the first one that fails is the error.
+        field(wDay, t.wDay);
+        field(wYear, t.wYear);
+        field(wHour, t.wHour);
+        field(wMonth, t.wMonth);
+        field(wMinute, t.wMinute);
+        field(wSecond, t.wSecond);
+        field(wDayOfWeek, t.wDayOfWeek);
+        field(wMilliseconds, t.wMilliseconds);
+        systemClock().setTime(&t);  // a refused change is not an error
+    });
+}
+
+HRESULT SysTime::GetTimerRun(LONG NumSecond, VARIANT_BOOL* result) {
+    if (!result) return E_POINTER;
+    *result = VARIANT_FALSE;
+    return guard([&] {
+        if (!countdownRunning_) {
+            countdownRunning_ = true;
+            countdownLength_ = NumSecond;
+            countdownStart_ = secondsSinceMidnight();
+            *result = VARIANT_TRUE;
+            return;
+        }
+        // The length given when the countdown began counts; NumSecond is not read now. The
+        // clock starts again from 0 at midnight, so a countdown across midnight runs on
+        // until the clock of a later day passes its end.
+        const int32_t now = secondsSinceMidnight();
+        const int64_t end = static_cast<int64_t>(countdownStart_) + countdownLength_;
+        if (end > INT32_MAX || end < INT32_MIN) raise(err::Overflow);
+        if (end < now) {
+            countdownRunning_ = false;
+            *result = VARIANT_TRUE;
+        }
+    });
+}
+
+}  // namespace vx

@@ -1,0 +1,226 @@
+// Ds_SysTime against a stand-in clock (the values it reads and the exact records it
+// writes, the countdown at any time of day), and once against the system's own clock,
+// writing back only the time it just read.
+#include "core/runtime/Convert.h"
+#include "text/SysTime.h"
+
+#include "TestSupport.h"
+#include "Vx_Main.h"
+
+#include <vector>
+
+using namespace vx;
+using vxtest::call;
+
+namespace {
+
+SYSTEMTIME makeTime(WORD year, WORD month, WORD day, WORD hour, WORD minute, WORD second, WORD ms = 0,
+                    WORD dayOfWeek = 0) {
+    SYSTEMTIME t{};
+    t.wYear = year;
+    t.wMonth = month;
+    t.wDay = day;
+    t.wDayOfWeek = dayOfWeek;
+    t.wHour = hour;
+    t.wMinute = minute;
+    t.wSecond = second;
+    t.wMilliseconds = ms;
+    return t;
+}
+
+bool sameTime(const SYSTEMTIME& a, const SYSTEMTIME& b) {
+    return a.wYear == b.wYear && a.wMonth == b.wMonth && a.wDayOfWeek == b.wDayOfWeek && a.wDay == b.wDay &&
+           a.wHour == b.wHour && a.wMinute == b.wMinute && a.wSecond == b.wSecond &&
+           a.wMilliseconds == b.wMilliseconds;
+}
+
+// The stand-in: a time the test sets, and a record of every change asked of it.
+struct FakeClock {
+    static SYSTEMTIME now;
+    static std::vector<SYSTEMTIME> written;
+    static BOOL accept;
+    static void WINAPI get(LPSYSTEMTIME t) { *t = now; }
+    static BOOL WINAPI set(const SYSTEMTIME* t) {
+        written.push_back(*t);
+        return accept;
+    }
+};
+SYSTEMTIME FakeClock::now{};
+std::vector<SYSTEMTIME> FakeClock::written;
+BOOL FakeClock::accept = TRUE;
+
+// Puts the stand-in in place for one test, and the system's clock back after it.
+class UsingFakeClock : public ::testing::Test {
+protected:
+    void SetUp() override {
+        saved_ = systemClock();
+        systemClock().getTime = &FakeClock::get;
+        systemClock().setTime = &FakeClock::set;
+        FakeClock::now = makeTime(2006, 8, 3, 9, 5, 0, 250, 4);
+        FakeClock::written.clear();
+        FakeClock::accept = TRUE;
+    }
+    void TearDown() override { systemClock() = saved_; }
+
+    ComPtr<IDispatch> clock_ = vxtest::createObject(CLSID_Ds_SysTime);
+
+private:
+    SystemClock saved_;
+};
+
+Variant num(long n) { return Variant::fromLong(n); }
+
+}  // namespace
+
+TEST_F(UsingFakeClock, KeptTimeIsWrittenBackAsItWas) {
+    auto kept = call(clock_.get(), L"GetVarKeepTime");
+    ASSERT_EQ(kept.errorNumber(), 0);
+    EXPECT_TRUE(isEmpty(*kept.value));
+    const SYSTEMTIME then = FakeClock::now;
+    FakeClock::now = makeTime(2030, 1, 1, 0, 0, 0);
+    auto set = call(clock_.get(), L"SetVarNewTime");
+    ASSERT_EQ(set.errorNumber(), 0);
+    EXPECT_TRUE(isEmpty(*set.value));
+    ASSERT_EQ(FakeClock::written.size(), 1u);
+    EXPECT_TRUE(sameTime(FakeClock::written[0], then));
+    // Without a kept time the record is all zeros, and a refused change is no error.
+    FakeClock::accept = FALSE;
+    auto fresh = vxtest::createObject(CLSID_Ds_SysTime);
+    EXPECT_EQ(call(fresh.get(), L"SetVarNewTime").errorNumber(), 0);
+    ASSERT_EQ(FakeClock::written.size(), 2u);
+    EXPECT_TRUE(sameTime(FakeClock::written[1], SYSTEMTIME{}));
+}
+
+TEST_F(UsingFakeClock, SetTimeSysTakesEachFieldOrThePresentOne) {
+    // Every argument omitted: the present time, unchanged.
+    auto r = call(clock_.get(), L"SetTimeSys");
+    ASSERT_EQ(r.errorNumber(), 0);
+    EXPECT_TRUE(isEmpty(*r.value));
+    ASSERT_EQ(FakeClock::written.size(), 1u);
+    EXPECT_TRUE(sameTime(FakeClock::written[0], FakeClock::now));
+    // Year, month, day, day of week, hour, minute, second, milliseconds.
+    ASSERT_EQ(call(clock_.get(), L"SetTimeSys",
+                   {num(2024), num(2), num(29), num(4), num(23), num(59), num(58), num(999)})
+                  .errorNumber(),
+              0);
+    EXPECT_TRUE(sameTime(FakeClock::written.back(), makeTime(2024, 2, 29, 23, 59, 58, 999, 4)));
+    // Omitted and Null fields keep the present value; the others are converted as CInt does.
+    Variant hour = Variant::fromText(L"7");
+    ASSERT_EQ(call(clock_.get(), L"SetTimeSys",
+                   {Variant::missing(), Variant::null(), Variant::fromDouble(2.5), Variant::missing(),
+                    vxtest::byRef(hour), Variant::fromDouble(3.5)})
+                  .errorNumber(),
+              0);
+    EXPECT_TRUE(sameTime(FakeClock::written.back(), makeTime(2006, 8, 2, 7, 4, 0, 250, 4)));
+    EXPECT_EQ(hour.type(), VT_BSTR);  // the argument itself is left alone
+    // A refused change is silent.
+    FakeClock::accept = FALSE;
+    EXPECT_EQ(call(clock_.get(), L"SetTimeSys", {num(1)}).errorNumber(), 0);
+}
+
+TEST_F(UsingFakeClock, SetTimeSysLeavesTheClockAloneWhenAFieldDoesNotConvert) {
+    const Variant m = Variant::missing(), word = Variant::fromText(L"x"), big = num(70000);
+    // Fields are read day, year, hour, month ...: the first that fails is the error.
+    const std::pair<std::vector<Variant>, int> cases[] = {
+        {{word}, 13}, {{big}, 6}, {{m, m, m, m, m, m, m, word}, 13},
+        {{big, m, word}, 13}, {{word, m, big}, 6}, {{m, word, m, m, big}, 6},
+    };
+    for (const auto& c : cases) EXPECT_EQ(call(clock_.get(), L"SetTimeSys", c.first).errorNumber(), c.second);
+    EXPECT_TRUE(FakeClock::written.empty());
+}
+
+TEST_F(UsingFakeClock, Countdown) {
+    // (length, day, time as hhmmss, milliseconds, answer; -6: error 6), one object throughout.
+    struct Step { long length; WORD day; long hhmmss; WORD ms; int answer; };
+    const Step steps[] = {
+        {5, 3, 100000, 0, 1},      // starts: 36000, runs out after 36005
+        {5, 3, 100003, 0, 0},
+        {99, 3, 100005, 0, 0},     // the end itself has not passed; the length is not read again
+        {5, 3, 100005, 499, 0},    // rounds to 36005
+        {5, 3, 100005, 500, 1},    // half to even: 36006
+        {2, 3, 100006, 500, 1},    // a new one of 2 seconds, from 36006 (half to even)
+        {5, 3, 100008, 500, 0},    // 36008
+        {5, 3, 100008, 501, 1},
+        {5, 3, 235950, 0, 1},      // 86390 + 5: after midnight the clock counts from 0 again ...
+        {5, 4, 10, 0, 0},
+        {5, 4, 235955, 0, 0},
+        {5, 4, 235956, 0, 1},      // ... until it passes 86395 on the next day
+        {5, 4, 235958, 0, 1},      // 86398 + 5 is beyond every second of a day:
+        {5, 5, 120000, 0, 0},
+        {5, 5, 235959, 499, 0},    // never run out
+    };
+    for (const Step& st : steps) {
+        FakeClock::now = makeTime(2006, 8, st.day, WORD(st.hhmmss / 10000), WORD(st.hhmmss / 100 % 100),
+                                  WORD(st.hhmmss % 100), st.ms);
+        auto r = call(clock_.get(), L"GetTimerRun", {num(st.length)});
+        EXPECT_EQ(r.errorNumber() ? -r.errorNumber() : int(toBool(*r.value)), st.answer) << st.day << " " << st.hhmmss;
+    }
+    // The length defaults to 0; an end beyond a Long fails every later call; a negative
+    // length has passed at once.
+    auto other = vxtest::createObject(CLSID_Ds_SysTime);
+    FakeClock::now = makeTime(2006, 8, 3, 11, 0, 0, 0);
+    EXPECT_TRUE(toBool(*call(other.get(), L"GetTimerRun").value));
+    FakeClock::now.wMilliseconds = 600;
+    EXPECT_TRUE(toBool(*call(other.get(), L"GetTimerRun").value));
+    EXPECT_TRUE(toBool(*call(other.get(), L"GetTimerRun", {num(2147483647)}).value));
+    EXPECT_EQ(call(other.get(), L"GetTimerRun").errorNumber(), 6);
+    EXPECT_EQ(call(other.get(), L"GetTimerRun").errorNumber(), 6);
+    auto negative = vxtest::createObject(CLSID_Ds_SysTime);
+    EXPECT_TRUE(toBool(*call(negative.get(), L"GetTimerRun", {num(-5)}).value));
+    EXPECT_TRUE(toBool(*call(negative.get(), L"GetTimerRun", {num(-5)}).value));
+}
+
+TEST(SysTime, ConvertDateSystemTimeWritesUnpaddedNumbers) {
+    // Through the interface: hosts that bind late cannot make the record.
+    auto clock = vxtest::createObject(CLSID_Ds_SysTime).query<_Ds_SysTime>();
+    ASSERT_TRUE(clock);
+    Vx_SYSTEMTIME t{2006, 8, 4, 3, 9, 5, 0, 999};  // year, month, day of week, day ...
+    auto convert = [&](VARIANT_BOOL* wantHour) {
+        VARIANT out;
+        EXPECT_EQ(clock->ConvertDateSystemTime(&t, wantHour, &out), S_OK);
+        return vxtest::textOf(Variant::take(out));
+    };
+    VARIANT_BOOL yes = VARIANT_TRUE, no = VARIANT_FALSE, one = 1;
+    EXPECT_EQ(convert(nullptr), L"2006/8/3");
+    EXPECT_EQ(convert(&no), L"2006/8/3");
+    EXPECT_EQ(convert(&yes), L"2006/8/3 9:5:0");
+    t = Vx_SYSTEMTIME{-1, 0, 0, 0, 23, 59, 59, 0};
+    EXPECT_EQ(convert(&one), L"-1/0/0 23:59:59");  // any value but 0 is True
+}
+
+TEST(SysTime, RoundTripThroughTheSystemClock) {
+    // The system's own clock, through a recorder that passes every call on. The only time
+    // written is the one just read, so the clock is where it was.
+    static std::vector<SYSTEMTIME> written;
+    struct Recorder {
+        static BOOL WINAPI set(const SYSTEMTIME* t) {
+            written.push_back(*t);
+            return ::SetSystemTime(t);  // whether the system takes it is the system's affair
+        }
+    };
+    const SystemClock saved = systemClock();
+    systemClock().getTime = &::GetSystemTime;
+    systemClock().setTime = &Recorder::set;
+    written.clear();
+    auto clock = vxtest::createObject(CLSID_Ds_SysTime);
+    SYSTEMTIME before{};
+    ::GetSystemTime(&before);
+    EXPECT_EQ(call(clock.get(), L"GetVarKeepTime").errorNumber(), 0);
+    EXPECT_EQ(call(clock.get(), L"SetVarNewTime").errorNumber(), 0);
+    EXPECT_EQ(call(clock.get(), L"SetTimeSys").errorNumber(), 0);
+    SYSTEMTIME after{};
+    ::GetSystemTime(&after);
+    systemClock() = saved;
+
+    ASSERT_EQ(written.size(), 2u);
+    auto ticks = [](const SYSTEMTIME& t) {
+        FILETIME f{};
+        SystemTimeToFileTime(&t, &f);
+        return (static_cast<long long>(f.dwHighDateTime) << 32 | f.dwLowDateTime) / 10000;  // milliseconds
+    };
+    for (const SYSTEMTIME& t : written) {
+        EXPECT_GE(ticks(t), ticks(before));
+        EXPECT_LE(ticks(t), ticks(after));
+    }
+    EXPECT_LT(ticks(after) - ticks(before), 5000);  // the clock went on as before
+}
