@@ -13,7 +13,10 @@ case ${VX_WINE_ARCH:-win64} in
   win32)
     [ -n "${VX_W32NS:-}" ] || exec "$here/win32/w32ns.sh" "$0" "$@"
     loader=${VX_WINE_LOADER:-/usr/lib/wine/wine}
-    export WINEARCH=win32 ;;
+    export WINEARCH=win32
+    # A crashing program reports its crash and ends: Wine's debugger, which would print a
+    # backtrace, can hang for good when it attaches under qemu.
+    crash_debugger=winedbg.exe, ;;
   *) echo "wine-env.sh: VX_WINE_ARCH must be win64 or win32" >&2; exit 2 ;;
 esac
 lang=en_US.UTF-8
@@ -21,7 +24,7 @@ if [ "${1:-}" = "--lang" ]; then lang=$2; shift 2; fi
 : "${VX_WINEPREFIX:?VX_WINEPREFIX must name the test prefix}"
 export WINEPREFIX=$VX_WINEPREFIX
 export WINEDEBUG=${WINEDEBUG:--all}
-export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"mscoree,mshtml,winemenubuilder.exe="}
+export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"${crash_debugger:-}mscoree,mshtml,winemenubuilder.exe="}
 export TZ=UTC
 # Wine reads the locale from these; they are set for Wine only (the Linux locale need
 # not be installed).
