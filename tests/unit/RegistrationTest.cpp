@@ -161,3 +161,18 @@ TEST_F(Registration, ClassObjectsAndUnloading) {
     factory.reset();
     EXPECT_EQ(canUnloadNow_(), S_OK);
 }
+
+TEST_F(Registration, TypeLibraryIsRegisteredForTheDllsWordSize) {
+    ASSERT_EQ(registerServer_(), S_OK);
+    // Early-binding hosts of the same word size find the library through this key.
+    const std::wstring platform = sizeof(void*) == 8 ? L"win64" : L"win32";
+    EXPECT_EQ(readText(L"TypeLib\\" + guidText(LIBID_Vx_Main) + L"\\1.0\\0\\" + platform, nullptr), vxtest::dllPath);
+    ITypeLib* tl = nullptr;
+    ASSERT_EQ(LoadRegTypeLib(LIBID_Vx_Main, 1, 0, 0, &tl), S_OK);
+    TLIBATTR* attr = nullptr;
+    ASSERT_EQ(tl->GetLibAttr(&attr), S_OK);
+    EXPECT_EQ(attr->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
+    tl->ReleaseTLibAttr(attr);
+    tl->Release();
+    EXPECT_EQ(unregisterServer_(), S_OK);
+}

@@ -48,8 +48,15 @@ CallResult call(IDispatch* object, const wchar_t* name, std::vector<vx::Variant>
     DISPID id = 0;
     r.hr = object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
     if (FAILED(r.hr)) return r;
+    // The arguments go to the call, last first. They are the call's own: a callee may
+    // coerce an argument in place (Wine's type-library dispatch writes an [in, out]
+    // parameter back into a by-value argument), freeing what it held.
     std::vector<VARIANT> reversed(args.size());
-    for (size_t i = 0; i < args.size(); ++i) reversed[args.size() - 1 - i] = *args[i].get();
+    for (size_t i = 0; i < args.size(); ++i) args[i].detachTo(&reversed[args.size() - 1 - i]);
+    struct Clear {
+        std::vector<VARIANT>& v;
+        ~Clear() { for (VARIANT& x : v) VariantClear(&x); }
+    } clear{reversed};
     DISPID putId = DISPID_PROPERTYPUT;
     DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
     if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {

@@ -132,6 +132,25 @@ void Recorder::onNextYield(std::function<void()> handler) {
     PostMessageA(hwnd_, kRunHandler, 0, 0);
 }
 
+namespace {
+
+// Whether lParam points at a 32-bit zero. The memory is asked about before it is read:
+// a read that faults is not something to catch (under emulation a fault may not even be
+// reported as an access violation).
+bool pointsAtZero(LPARAM lp) {
+    if (lp == 0) return false;
+    const auto* p = reinterpret_cast<const BYTE*>(lp);
+    MEMORY_BASIC_INFORMATION mbi{};
+    if (VirtualQuery(p, &mbi, sizeof mbi) != sizeof mbi || mbi.State != MEM_COMMIT) return false;
+    const DWORD readable = PAGE_READONLY | PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READ |
+                           PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    if (!(mbi.Protect & readable) || (mbi.Protect & PAGE_GUARD)) return false;
+    if (p + sizeof(LONG) > static_cast<const BYTE*>(mbi.BaseAddress) + mbi.RegionSize) return false;
+    return *reinterpret_cast<const LONG*>(p) == 0;
+}
+
+}  // namespace
+
 LRESULT CALLBACK Recorder::proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     auto* self = reinterpret_cast<Recorder*>(GetWindowLongPtrA(hwnd, GWLP_USERDATA));
     if (!self) return DefWindowProcA(hwnd, msg, wp, lp);
@@ -154,8 +173,7 @@ LRESULT CALLBACK Recorder::proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
     case WM_USER + 1: {
         bool zero = false;
         if (msg == WM_CLOSE || msg == WM_SYSCOMMAND || msg == WM_USER + 1) {
-            zero = lp != 0 && !IsBadReadPtr(reinterpret_cast<const void*>(lp), 4) &&
-                   *reinterpret_cast<const LONG*>(lp) == 0;
+            zero = pointsAtZero(lp);
         }
         self->messages.push_back(Message{msg, wp, lp, zero});
         return msg == WM_USER + 1 ? 77 : 0;  // WM_CLOSE and WM_SYSCOMMAND do not close it
