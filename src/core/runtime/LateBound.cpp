@@ -74,9 +74,12 @@ Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Varian
 
 Variant LateBound::invoke(IDispatch* object, DISPID id, WORD flags, std::vector<Variant>& args) {
     if (!object) raise(err::ObjectNotSet);
-    // IDispatch takes its arguments last first.
-    std::vector<VARIANT> reversed(args.size());
-    for (size_t i = 0; i < args.size(); ++i) reversed[args.size() - 1 - i] = *args[i].get();
+    // IDispatch takes its arguments last first. The arguments move into that order and
+    // back after the call, so that what the callee leaves in an argument's storage (a
+    // dispatch may replace a by-value argument it converted in place) has one owner.
+    const size_t n = args.size();
+    std::vector<VARIANT> reversed(n);
+    for (size_t i = 0; i < n; ++i) reversed[n - 1 - i] = args[i].detach();
     DISPID putId = DISPID_PROPERTYPUT;
     DISPPARAMS params{reversed.empty() ? nullptr : reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
     if (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) {
@@ -87,7 +90,7 @@ Variant LateBound::invoke(IDispatch* object, DISPID id, WORD flags, std::vector<
     EXCEPINFO ei{};
     UINT argErr = 0;
     HRESULT hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &params, result.put(), &ei, &argErr);
-    // The Variants in args still own their contents; the copies in reversed were shallow.
+    for (size_t i = 0; i < n; ++i) args[i] = Variant::take(reversed[n - 1 - i]);
     if (SUCCEEDED(hr)) return result;
     if (hr == DISP_E_EXCEPTION) {
         if (ei.pfnDeferredFillIn) ei.pfnDeferredFillIn(&ei);
