@@ -75,6 +75,8 @@ Show "its subtree by relative path", reg.GoEnumKey(HKCU, "Software\Vx_Main tour"
 Show "ValueDelete", reg.ValueDelete("HKEY_CURRENT_USER\Software\Vx_Main tour\Width")
 reg.KeyDelete "HKEY_CURRENT_USER\Software\Vx_Main tour"
 Show "after KeyDelete, the key exists", reg.IsHasKey(HKCU, "Software\Vx_Main tour")
+WScript.Echo ""
+
 ' ---- Shamsi and Miladi dates ----
 WScript.Echo "Ds_Calendar: Shamsi (Solar Hijri) and Miladi (Gregorian) dates"
 Dim cal, inWords
@@ -138,6 +140,8 @@ Do While Not clock.GetTimerRun(1)
     If Abs(Timer - started) > 5 Then Exit Do
 Loop
 Show "ran out after", FormatNumber(Abs(Timer - started), 1) & " seconds (" & polls & " polls)"
+WScript.Echo ""
+
 ' ---- Driving another program's windows ----
 WScript.Echo "Ds_EnumChid: find notepad by its window path, type into it, close it"
 Dim finder, shell, pad, padEdit, chain, k
