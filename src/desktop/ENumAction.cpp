@@ -12,17 +12,9 @@ namespace vx {
 
 namespace {
 
-constexpr LONG kTwipsPerPixel = 15;
 constexpr UINT kBmGetCheck = 240, kBmSetCheck = 241, kBmClick = 245;
 constexpr WPARAM kScClose = static_cast<WPARAM>(static_cast<LONG_PTR>(-4000));  // SC_CLOSE as a 16-bit Integer
 enum Edge { kLeft, kTop, kWidth, kHeight };
-
-LONG scaled(LONG pixels, VARIANT_BOOL twips) {
-    if (!twips) return pixels;
-    const long long value = static_cast<long long>(pixels) * kTwipsPerPixel;
-    if (value < LONG_MIN || value > LONG_MAX) raise(err::Overflow);
-    return static_cast<LONG>(value);
-}
 
 Vx_RECT toRecord(const RECT& r) { return Vx_RECT{r.left, r.top, r.right, r.bottom}; }
 
@@ -201,7 +193,7 @@ Vx_RECT ENumAction::placement(bool twips) {
     Vx_RECT r{};
     check(finder()->GetWinPlace(handle_, &r));
     const VARIANT_BOOL t = twips ? VARIANT_TRUE : VARIANT_FALSE;
-    return Vx_RECT{scaled(r.left, t), scaled(r.top, t), scaled(r.right, t), scaled(r.bottom, t)};
+    return Vx_RECT{window::scaled(r.left, t), window::scaled(r.top, t), window::scaled(r.right, t), window::scaled(r.bottom, t)};
 }
 
 HRESULT ENumAction::get_LeftPL(VARIANT_BOOL IsPixcel, LONG* value) {
@@ -231,7 +223,7 @@ HRESULT ENumAction::get_HeightPL(VARIANT_BOOL IsPixcel, LONG* value) {
 // The new value is passed as given (scaled only to check that it fits), the other three
 // are read through the getters with the same IsPixcel; width and height are client sizes.
 void ENumAction::move(int which, VARIANT_BOOL twips, LONG value) {
-    scaled(value, twips);
+    window::scaled(value, twips);
     LONG geometry[4];
     check(get_LeftTX(twips, &geometry[kLeft]));
     check(get_TopTX(twips, &geometry[kTop]));
@@ -251,7 +243,7 @@ HRESULT ENumAction::get_LeftTX(VARIANT_BOOL IsPixcel, LONG* value) {
     return guard([&] {
         RECT r{};
         GetWindowRect(toHwnd(handle_), &r);
-        *value = scaled(r.left, IsPixcel);
+        *value = window::scaled(r.left, IsPixcel);
     });
 }
 
@@ -265,7 +257,7 @@ HRESULT ENumAction::get_TopTX(VARIANT_BOOL IsPixcel, LONG* value) {
     return guard([&] {
         RECT r{};
         GetWindowRect(toHwnd(handle_), &r);
-        *value = scaled(r.top, IsPixcel);
+        *value = window::scaled(r.top, IsPixcel);
     });
 }
 
@@ -279,7 +271,7 @@ HRESULT ENumAction::get_WidthTX(VARIANT_BOOL IsPixcel, LONG* value) {
     return guard([&] {
         RECT r{};
         GetClientRect(toHwnd(handle_), &r);
-        *value = scaled(r.right, IsPixcel);
+        *value = window::scaled(r.right, IsPixcel);
     });
 }
 
@@ -293,7 +285,7 @@ HRESULT ENumAction::get_HeightTX(VARIANT_BOOL IsPixcel, LONG* value) {
     return guard([&] {
         RECT r{};
         GetClientRect(toHwnd(handle_), &r);
-        *value = scaled(r.bottom, IsPixcel);
+        *value = window::scaled(r.bottom, IsPixcel);
     });
 }
 

@@ -18,19 +18,10 @@ namespace vx {
 
 namespace {
 
-constexpr LONG kTwipsPerPixel = 15;
 constexpr WPARAM kScClose = static_cast<WPARAM>(static_cast<LONG_PTR>(-4000));  // SC_CLOSE as a 16-bit Integer
 constexpr int kVkEnd = 35;
 constexpr LONG kNoUse = 1, kKeyDown = 2, kKeyUp = 3;
 constexpr LONG kOutId = 0, kOutClass = 1, kOutTitle = 2, kOutTitleTask = 3, kOutBoth = 4;
-
-// A pixel value, or in twips (x 15) when asked; a result beyond a Long is an overflow.
-LONG scaled(LONG pixels, bool twips) {
-    if (!twips) return pixels;
-    const long long value = static_cast<long long>(pixels) * kTwipsPerPixel;
-    if (value < LONG_MIN || value > LONG_MAX) raise(err::Overflow);
-    return static_cast<LONG>(value);
-}
 
 POINT cursor() {
     POINT p{};
@@ -320,37 +311,37 @@ HRESULT EnumChid::GetWinPlace(LONG nHwnd, Vx_RECT* MySize) {
 HRESULT EnumChid::MouseCX(VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(cursor().x, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(cursor().x, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::MouseCY(VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(cursor().y, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(cursor().y, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::GetSizeWidth(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(windowRect(nHwnd).right, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).right, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::GetSizeHeight(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(windowRect(nHwnd).bottom, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).bottom, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::GetPosLeft(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(windowRect(nHwnd).left, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).left, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::GetPosTop(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    return guard([&] { Variant::fromLong(scaled(windowRect(nHwnd).top, GetScreen != 0)).detachTo(result); });
+    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).top, GetScreen != 0)).detachTo(result); });
 }
 
 HRESULT EnumChid::GetChild(VARIANT MyHandl, VARIANT SplitPM, _Ds_ENumAction** result) {
@@ -436,8 +427,8 @@ HRESULT EnumChid::GoHwndContainer(LONG MyHwndA, LONG MyHwndB, VARIANT_BOOL GetSc
     return guard([&] {
         const RECT r = windowRect(MyHwndA);
         const bool twips = GetScreen != 0;
-        const LONG top = scaled(r.top, twips), left = scaled(r.left, twips);
-        const LONG right = scaled(r.right, twips), bottom = scaled(r.bottom, twips);
+        const LONG top = window::scaled(r.top, twips), left = window::scaled(r.left, twips);
+        const LONG right = window::scaled(r.right, twips), bottom = window::scaled(r.bottom, twips);
         setWindowPlacement(MyHwndB, left, top, right, bottom);
     });
 }

@@ -70,11 +70,7 @@ HRESULT ListChild::countContaining(Which which, VARIANT* search, LONG* value) {
             return;
         }
         const std::wstring wanted = lower(toText(*search));
-        const Variant lowered = Variant::fromText(wanted);
-        if (V_VT(search) & VT_BYREF)
-            assignToReference(*search, *lowered);
-        else
-            Variant::copyOf(*lowered).detachTo(search);
+        writeBack(*search, *Variant::fromText(wanted));
         LONG count = 0;
         for (long i = 1; i <= entries.count(); ++i) {
             LONG handle = 0;

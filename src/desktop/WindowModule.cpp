@@ -2,6 +2,7 @@
 
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
+#include "core/runtime/Errors.h"
 #include "core/runtime/Text.h"
 #include "desktop/ENumAction.h"
 
@@ -31,6 +32,14 @@ bool numericStep(const std::wstring& step, LONG& number) {
 }
 
 }  // namespace
+
+LONG scaled(LONG pixels, bool twips) {
+    constexpr long long kTwipsPerPixel = 15;
+    if (!twips) return pixels;
+    const long long value = pixels * kTwipsPerPixel;
+    if (value < LONG_MIN || value > LONG_MAX) raise(err::Overflow);
+    return static_cast<LONG>(value);
+}
 
 LONG specialHandle(LONG code) {
     switch (code) {

@@ -33,6 +33,9 @@ LONG specialHandle(LONG code);
 std::wstring readText(HWND hwnd);
 // GetClassName, cut at the first NUL.
 std::wstring readClass(HWND hwnd);
+// A pixel value, or in twips when asked (a fixed 15 per pixel, no display is asked); a
+// result beyond a Long is an overflow (error 6).
+LONG scaled(LONG pixels, bool twips);
 // A number as upper-case hexadecimal digits without prefix (negative numbers as their
 // 32-bit pattern), as control identifiers are shown.
 std::wstring hexText(LONG value);

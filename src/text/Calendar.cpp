@@ -196,16 +196,6 @@ namespace {
 
 bool flag(const VARIANT_BOOL* value) { return value && *value != VARIANT_FALSE; }
 
-// Writes text into a by-reference Variant argument the caller passed.
-void writeText(VARIANT* target, const std::wstring& text) {
-    Variant value = Variant::fromText(text);
-    if (V_VT(target) & VT_BYREF) {
-        assignToReference(*target, *value);
-    } else {
-        VariantClear(target);
-        value.detachTo(target);
-    }
-}
 
 }  // namespace
 
@@ -244,7 +234,7 @@ HRESULT Calendar::ShamsiDate(BSTR DateMilady, BSTR /*Monasebat: accepted, never 
     return guard([&] {
         const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), flag(IsFormatDateValue));
         if (StringCalendarShamsi && !isMissing(*StringCalendarShamsi))
-            writeText(StringCalendarShamsi, calendar::calendarShamsi(viewOf(DateMilady), *Variant::fromText(text)));
+            writeBack(*StringCalendarShamsi, *Variant::fromText(calendar::calendarShamsi(viewOf(DateMilady), *Variant::fromText(text))));
         *result = Bstr(text).detach();
     });
 }

@@ -23,14 +23,6 @@ const VARIANT& argumentOr(const VARIANT* arg, const Variant& fallback) {
     return deref(*arg);
 }
 
-// Writes value into a by-reference argument, so that the caller's variable changes.
-void storeInto(VARIANT* arg, const VARIANT& value) {
-    if (V_VT(arg) & VT_BYREF)
-        assignToReference(*arg, value);
-    else
-        Variant::copyOf(value).detachTo(arg);
-}
-
 // The text the & operator appends for a value: Null appends nothing.
 std::wstring appendedText(const VARIANT& v) { return isNull(v) ? std::wstring() : toText(v); }
 
@@ -259,7 +251,7 @@ bool compareValues(VARIANT* valueA, VARIANT* valueB, LONG mode) {
         // Both arguments are lower-cased in the caller's variables, on purpose.
         auto lowerInPlace = [](VARIANT* arg) {
             OptionalText t = lowered(deref(*arg));
-            storeInto(arg, *(t ? Variant::fromText(*t) : Variant::null()));
+            writeBack(*arg, *(t ? Variant::fromText(*t) : Variant::null()));
             return t;
         };
         OptionalText textA = lowerInPlace(valueA);

@@ -176,4 +176,11 @@ void assignToReference(VARIANT& arg, const VARIANT& value) {
     }
 }
 
+void writeBack(VARIANT& param, const VARIANT& value) {
+    if (V_VT(&param) & VT_BYREF)
+        assignToReference(param, value);
+    else
+        Variant::copyOf(value).detachTo(&param);
+}
+
 }  // namespace vx

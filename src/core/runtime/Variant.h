@@ -99,5 +99,8 @@ IDispatch* dispatchOf(const VARIANT& v) noexcept;
 // Writes value into a by-reference argument the caller passed (a VT_BYREF VARIANT);
 // a by-value argument is left alone. The value is converted to the reference's type.
 void assignToReference(VARIANT& arg, const VARIANT& value);
+// Writes value into an [in, out] Variant parameter: through it into the host's variable
+// when the argument is a reference, otherwise into the argument itself.
+void writeBack(VARIANT& param, const VARIANT& value);
 
 }  // namespace vx
