@@ -39,11 +39,16 @@ CheckEqual "110", money.ConvertAlphaMoney(110), T("money.hundreds1") & A & T("mo
 CheckEqual "120", money.ConvertAlphaMoney(120), T("money.hundreds1") & A & T("money.tens2")
 CheckEqual "999", money.ConvertAlphaMoney(999), Nines()
 CheckEqual "2.5 rounds half to even", money.ConvertAlphaMoney(2.5), T("money.ones2")
+CheckEqual "998.5 too", money.ConvertAlphaMoney(998.5), T("money.hundreds9") & A & T("money.tens9") & A & T("money.ones8")
 
 Section "thousands"
 CheckEqual "1000", money.ConvertAlphaMoney(1000), T("money.ones1") & TH
 CheckEqual "2500", money.ConvertAlphaMoney(2500), T("money.say2500")
+' A fraction is rounded for the remainder but truncated for the thousands.
 CheckEqual "1000.5", money.ConvertAlphaMoney(1000.5), T("money.ones1") & TH
+CheckEqual "1001.5", money.ConvertAlphaMoney(1001.5), T("money.ones1") & TH & A & T("money.ones2")
+CheckEqual "1999.5", money.ConvertAlphaMoney(1999.5), T("money.ones1") & TH
+CheckEqual "1999.4", money.ConvertAlphaMoney(1999.4), T("money.ones1") & TH & A & Nines()
 CheckEqual "999999", money.ConvertAlphaMoney(999999), Nines() & TH & A & Nines()
 
 Section "millions"
@@ -51,6 +56,11 @@ CheckEqual "1000000", money.ConvertAlphaMoney(1000000), T("money.say1000000")
 CheckEqual "2500000", money.ConvertAlphaMoney(2500000), T("money.say2500000")
 CheckEqual "1000001", money.ConvertAlphaMoney(1000001), T("money.ones1") & MI & A & T("money.ones1")
 CheckEqual "999999999", money.ConvertAlphaMoney(999999999), Nines() & MI & A & Nines() & TH & A & Nines()
+' The groups are cut from the text of the amount: "7.5" rounds to 8; a front part that
+' is no three-digit group writes nothing.
+CheckEqual "1234567.5", money.ConvertAlphaMoney(1234567.5), T("money.hundreds1") & A & T("money.tens2") & A & _
+    T("money.ones3") & MI & A & T("money.hundreds4") & A & T("money.tens5") & A & T("money.ones6") & TH & A & T("money.ones8")
+CheckEqual "999999998.75", money.ConvertAlphaMoney(999999998.75), ""
 
 Section "milliards"
 CheckEqual "1000000000", money.ConvertAlphaMoney(1000000000), T("money.say1000000000")
@@ -60,17 +70,17 @@ CheckEqual "2003004005", money.ConvertAlphaMoney(2003004005), _
     T("money.ones2") & MD & A & T("money.ones3") & MI & A & T("money.ones4") & TH & A & T("money.ones5")
 CheckEqual "999999999999", money.ConvertAlphaMoney(999999999999), _
     Nines() & MD & A & Nines() & MI & A & Nines() & TH & A & Nines()
-CheckEqual "1000000001 is a gap", money.ConvertAlphaMoney(1000000001), ""
-CheckEqual "1000005000 is a gap", money.ConvertAlphaMoney(1000005000), ""
-CheckEqual "1002000001 is a gap", money.ConvertAlphaMoney(1002000001), ""
+For Each i In Array(1000000001, 1000005000, 1000005001, 1002000001, 1000000999, 5000040000)
+    CheckEqual i & " is a gap", money.ConvertAlphaMoney(i), ""
+Next
 
 Section "out of range"
 CheckEqual "1000000000000", money.ConvertAlphaMoney(1000000000000), T("money.outofrange")
 CheckEqual "1E+20", money.ConvertAlphaMoney(1E+20), T("money.outofrange")
-CheckEqual "-5", money.ConvertAlphaMoney(-5), ""
-CheckEqual "0.5", money.ConvertAlphaMoney(0.5), ""
-CheckEqual "999.5", money.ConvertAlphaMoney(999.5), ""
-CheckEqual "999999.5", money.ConvertAlphaMoney(999999.5), ""
+For Each i In Array(-1000000000000, -5, -0.5, 0.5, 0.999, 999.5, 999.9, 999999.5, 999999999.5)
+    CheckEqual i & " is outside every range", money.ConvertAlphaMoney(i), ""
+Next
+CheckEqual "999999999999.5", money.ConvertAlphaMoney(999999999999.5), T("money.outofrange")
 CheckEqual "a numeric text", money.ConvertAlphaMoney("21"), T("money.say21")
 On Error Resume Next
 r = money.ConvertAlphaMoney("lots")

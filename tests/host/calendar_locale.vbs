@@ -1,17 +1,7 @@
 ' Ds_Calendar from a late-bound host, under en-US, de-DE and fa-IR: four-digit-year texts
 ' read the same in every locale; formatted results follow the host's own short dates.
-Dim cal, r, s, b, i, m, d, p, miss, wrong, expected, total
-
-Function Ymd(dt)
-    Ymd = Year(dt) & "/" & Right("0" & Month(dt), 2) & "/" & Right("0" & Day(dt), 2)
-End Function
-
-' A "y/m/d" result as a date of the script's own calendar arithmetic.
-Function AsDate(text)
-    Dim parts
-    parts = Split(text, "/")
-    AsDate = DateSerial(CInt(parts(0)), CInt(parts(1)), CInt(parts(2)))
-End Function
+' (Every day of two centuries in both directions is swept in the unit tests.)
+Dim cal, r, s, b, i, m, p
 
 Set cal = CreateObject("Vx_Main.Ds_Calendar")
 
@@ -21,33 +11,13 @@ toMilady = Array( _
     "1385/05/12", "2006/8/3", "1385/01/01", "2006/3/21", "1384/12/29", "2006/3/20", _
     "1403/01/01", "2024/3/20", "1399/12/30", "2021/3/20", "1400/01/01", "2021/3/21", _
     "1403/12/30", "2025/3/20", "1385/1/1", "2006/3/21", _
-    "1385/02/31", "2006/5/21", "1385/06/31", "2006/9/22", _
+    "1385/02/31", "2006/5/21", "1385/06/31", "2006/9/22", "1385/02/31/9", "2006/5/21", _
     "0961/07/22", "1582/10/4", "0961/07/23", "1582/10/15", _
     "0001/01/01", "622/3/19", "9999/12/29", "10621/3/17")
 For i = 0 To UBound(toMilady) Step 2
     CheckEqual "MiladyDate " & toMilady(i), cal.MiladyDate(toMilady(i)), toMilady(i + 1)
 Next
 CheckEqual "ConvertDateFormat GoMiladyDate", cal.ConvertDateFormat("1385/05/12", 2), "2006/8/3"
-
-' Every day of the leap year 1399 follows the one before.
-expected = DateSerial(2020, 3, 20)
-wrong = 0
-total = 0
-For m = 1 To 12
-    For d = 1 To 31
-        If (m <= 6) Or (m <= 11 And d <= 30) Or (m = 12 And d <= 30) Then
-            r = cal.MiladyDate("1399/" & m & "/" & d)
-            If AsDate(r) <> expected Then
-                wrong = wrong + 1
-                If wrong < 5 Then Fail "1399/" & m & "/" & d, "gave " & r
-            End If
-            expected = expected + 1
-            total = total + 1
-        End If
-    Next
-Next
-CheckEqual "days of 1399", total, 366
-CheckEqual "days out of step", wrong, 0
 
 Section "Miladi to Shamsi"
 Dim toShamsi
@@ -56,7 +26,7 @@ toShamsi = Array( _
     "2000/01/01", "1378/10/11", "2009/01/01", "1387/10/12", "2004/02/29", "1382/12/10", _
     "2006/03/21", "1384/12/30", "2006/03/22", "1385/01/01", "2008/03/20", "1386/12/30", _
     "2021/04/01", "13100/01/12", "2022/01/01", "1300/10/11", "2024/03/20", "1302/12/30", _
-    "1930/06/01", "1309/03/11", "2006-08-03", "1385/05/12")
+    "1930/06/01", "1309/03/11", "2006-08-03 23:59", "1385/05/12")
 For i = 0 To UBound(toShamsi) Step 2
     CheckEqual "ShamsiDate " & toShamsi(i), cal.ShamsiDate(toShamsi(i)), toShamsi(i + 1)
 Next
@@ -64,22 +34,6 @@ CheckEqual "ConvertDateFormat GoHejryDate", cal.ConvertDateFormat("2006/08/03", 
 CheckEqual "ConvertDateFormat 0", cal.ConvertDateFormat("2006/08/03", 0), ""
 CheckEqual "ConvertDateFormat 3", cal.ConvertDateFormat("2006/08/03", 3), ""
 CheckEqual "a date in the host's own format", cal.ShamsiDate(CStr(DateSerial(2006, 8, 3))), "1385/05/12"
-
-' From 1994 to 2020 the shortcut and the exact conversion agree on every day but late March.
-wrong = 0
-total = 0
-For d = DateSerial(1994, 1, 1) To DateSerial(2020, 12, 31)
-    If Not (Month(d) = 3 And Day(d) >= 20) Then
-        r = cal.ShamsiDate(Ymd(d))
-        If AsDate(cal.MiladyDate(r)) <> d Then
-            wrong = wrong + 1
-            If wrong < 5 Then Fail Ymd(d), "gave " & r
-        End If
-        total = total + 1
-    End If
-Next
-Check "days compared", total > 9500
-CheckEqual "days that do not round-trip", wrong, 0
 
 Section "in words"
 CheckEqual "CalendarShamsi", cal.CalendarShamsi("2006/08/03"), T("calendar.thursday13850512")
@@ -122,6 +76,9 @@ CheckError "ConvertDateFormat passes the error on", Err.Number, 13
 Err.Clear
 r = cal.CalendarShamsi("2006/08/03", "1385/02/31")
 CheckError "CalendarShamsi of a Shamsi date that is no Gregorian date", Err.Number, 13
+Err.Clear
+r = cal.CalendarShamsi("2006/08/03", Null)
+CheckError "CalendarShamsi of a Null Shamsi date", Err.Number, 94
 Err.Clear
 r = cal.CalendarShamsi("someday")
 CheckError "CalendarShamsi of a text that is no date", Err.Number, 13

@@ -1,9 +1,11 @@
-' Ds_ListCollection and Ds_DataCollection from a late-bound host.
+' Ds_ListCollection and Ds_DataCollection from a late-bound host, and the runtime's
+' errors as a host sees them.
 Dim list, rec, rec2, other, x, i, key, nested
 
 Section "creating"
 Set list = CreateObject("Vx_Main.Ds_ListCollection")
 CheckEqual "a new list is empty", list.Count, 0
+Check "each creation makes a new object", Not (list Is CreateObject("Vx_Main.Ds_ListCollection"))
 On Error Resume Next
 Set x = CreateObject("Vx_Main.Ds_DataCollection")
 CheckError "a record cannot be created by a host", Err.Number, 429
@@ -47,9 +49,12 @@ CheckError "position 0", Err.Number, 9
 Err.Clear
 Set x = list.Item(list.Count + 1)
 CheckError "position Count + 1", Err.Number, 9
+CheckEqual "with the runtime's text", Err.Description, "Subscript out of range"
 Err.Clear
 Set x = list.Item("no such key")
 CheckError "an unknown key", Err.Number, 5
+CheckEqual "Err.Description", Err.Description, "Invalid procedure call or argument"
+CheckEqual "Err.Source", Err.Source, "Vx_Main"
 Err.Clear
 Set x = list.Item("1")
 CheckError "a numeric text is a key, not a position", Err.Number, 5
@@ -62,6 +67,9 @@ CheckError "an array", Err.Number, 13
 Err.Clear
 Set x = list.Item()
 CheckError "no index at all", Err.Number, 450
+Err.Clear
+list.NoSuchMember
+CheckError "a member the class lacks", Err.Number, 438
 Err.Clear
 On Error GoTo 0
 
@@ -126,6 +134,8 @@ Err.Clear
 Set x = list.Add(other, "obj")
 CheckError "nor in Add, which then looks the key up", Err.Number, 5
 Err.Clear
+Set x = list.Add(other, "a")
+Check "and hands back the record stored under the key", x Is rec
 Set x = list.Add(Null, Null)
 CheckError "a Null key", Err.Number, 13
 Err.Clear

@@ -24,10 +24,23 @@ CheckEqual "a column of a table", h.GetVar(rows, 0, ";"), "a;b;c"
 CheckEqual "another column", h.GetVar(rows, 1, ";"), ";;3"
 Check "an array read as a table", IsEmpty(h.GetVar(Array("x", "y")))
 Check "an unsized array", IsEmpty(h.GetVar(d, -1))
+' Every step that fails is skipped; the others still build the result.
+CheckEqual "indexes outside the fields", h.GetVar("a/b/c/d", -3, "/", 5), "a/b/c/d"
+CheckEqual "a last index past the fields", h.GetVar("a/b/c/d", 1, "/", 6, 2000000000), "b/c/d"
+Check "a last index before the first", IsEmpty(h.GetVar("a/b/c/d", 3, "/", 6, 1))
+CheckEqual "one field, nothing to cut", h.GetVar("a,b", 0, "", 5), "a,b"
+CheckEqual "elements that are no text; Null adds only its separator", h.GetVar(Array("a", Array(), Null, "c"), -1), "a,,c"
+CheckEqual "a Null separator joins with nothing", h.GetVar(Array("a", "b"), -1, Null), "ab"
+Check "an array separator fails every step", IsEmpty(h.GetVar(Array("a", "b"), -1, Array()))
 On Error Resume Next
-r = h.GetVar(Null)
-r = h.GetVar("a,b", "x")
-CheckError "failures are skipped, never raised", Err.Number, 0
+For Each a In Array(Null, Nothing, h)
+    Check "nothing raises for " & VarType(a), IsEmpty(h.GetVar(a))
+Next
+Check "an index that is no number", IsEmpty(h.GetVar("a,b", "x"))
+Check "an index beyond a Long", IsEmpty(h.GetVar("a,b", 1E20))
+Check "a last index that is no number", IsEmpty(h.GetVar("a,b", 0, ",", 6, "x"))
+Check "a Null separator", IsEmpty(h.GetVar("a,b", 0, Null))
+CheckError "failures are never raised", Err.Number, 0
 On Error GoTo 0
 
 Section "IsEqute"
@@ -51,12 +64,32 @@ Check "lower-cases both variables", a = "hello world" And b = "world"
 a = 42
 CheckEqual "GoFind, not found", h.IsEqute(a, b, 7), False
 CheckEqual "a number becomes text", VarType(a), 8
+a = Null
+b = "C"
+CheckEqual "GoFind of Null", h.IsEqute(a, b, 7), False
+Check "which stays Null", IsNull(a)
+a = ""
+CheckEqual "nothing is found in empty text", h.IsEqute(a, a, 7), False
+' Elements are read only when something is compared with them, Null ones too.
+CheckEqual "an element never compared", h.IsEqute(Array("a"), Array("a", Array()), 2), False
+CheckEqual "nothing to compare", h.IsEqute(Array(), Array(Array()), 2), False
+CheckEqual "a Null element equals nothing", h.IsEqute(Array(1, Null), Array("1", Null), 2), False
+CheckEqual "GoArrayJustText of Null", h.IsEqute(Null, Array(Null), 4), True
 On Error Resume Next
 r = h.IsEqute(Array(1), "1")
 CheckError "an array compared as text", Err.Number, 13
 Err.Clear
 r = h.IsEqute("a", Array("a"), 2)
 CheckError "a value in an array mode", Err.Number, 13
+Err.Clear
+r = h.IsEqute(Array("a"), Array(Array()), 2)
+CheckError "an element compared as text", Err.Number, 13
+Err.Clear
+r = h.IsEqute(Array(Null), Array(Array()), 2)
+CheckError "after a Null element", Err.Number, 13
+Err.Clear
+r = h.IsEqute(Array(), Array("x"), 4)
+CheckError "an array as GoArrayJustText's value", Err.Number, 13
 Err.Clear
 r = h.IsEqute(d, Array("a"), 2)
 CheckError "an unsized array", Err.Number, 9
@@ -81,6 +114,7 @@ CheckEqual "Null gives the substitute", h.GoIsNull(Null, "n/a"), "n/a"
 CheckEqual "a value is kept", h.GoIsNull(5), 5
 CheckEqual "the default substitute is an Integer 0", VarType(h.GoIsNull(Null)), 2
 Check "Empty is not Null", IsEmpty(h.GoIsNull(Empty, "x"))
+CheckEqual "an omitted value gives the substitute", h.GoIsNull(, "x"), "x"
 Set other = CreateObject("Vx_Main.Ds_ListCollection")
 Set r = h.GoIsNull(other)
 Check "an object passes through as itself", r Is other

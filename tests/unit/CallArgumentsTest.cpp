@@ -1,6 +1,6 @@
 // What the dispatch base adds to a type info's Invoke: omitted by-reference parameters
 // with a declared default receive it by reference, and host variables passed to typed
-// by-reference parameters are converted going in and written back when changed.
+// by-reference parameters are converted going in and written back only when changed.
 #include "core/dispatch/DispatchObject.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/SafeArray.h"
@@ -49,15 +49,15 @@ Variant text(const wchar_t* s) { return Variant::fromText(s); }
 TEST(CallArguments, OmittedReferencesReceiveTheirDeclaredDefaults) {
     auto r = Recorder::create();
     ASSERT_EQ(call(r.get(), L"GetVar", {text(L"a,b")}).errorNumber(), 0);
-    EXPECT_EQ(r->index.type(), VT_I2);
+    EXPECT_EQ(r->index.type(), VT_I2);  // whole-number defaults are Integers, as the host language has them
     EXPECT_EQ(toInt32(*r->index), 0);
     EXPECT_EQ(toText(*r->separator), L",");
     EXPECT_EQ(r->mode, 2);
     EXPECT_EQ(r->last.type(), VT_I2);
     EXPECT_EQ(toInt32(*r->last), 2);
     // An argument left out in the middle gets its default too.
-    ASSERT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::fromLong(1), Variant::missing(), Variant::missing(),
-                                        Variant::fromLong(9)})
+    ASSERT_EQ(call(r.get(), L"GetVar",
+                   {text(L"a"), Variant::fromLong(1), Variant::missing(), Variant::missing(), Variant::fromLong(9)})
                   .errorNumber(),
               0);
     EXPECT_EQ(toText(*r->separator), L",");
@@ -75,48 +75,40 @@ TEST(CallArguments, HostVariablesReachTypedReferences) {
     ASSERT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::fromShort(0), text(L";"), byRef(mode)}).errorNumber(), 0);
     EXPECT_EQ(mode.type(), VT_I4);  // changed by the member: the host sees the new value
     EXPECT_EQ(toInt32(*mode), 6);
-    // A variable that does not convert is a type mismatch; a position reported with it is
-    // the caller's (the type info need not report one).
+    // A value that does not convert is a type mismatch, whether it came as a variable or
+    // by value with an omitted default added behind it; the type info need not report a
+    // position, and none beyond the caller's arguments may be reported.
     Variant bad = text(L"three");
-    UINT argErr = 99;
-    DISPID id = 0x60030000;
-    Variant args[4] = {byRef(bad), text(L";"), Variant::fromShort(0), text(L"a")};  // in reverse order
-    VARIANT raw[4] = {*args[0].get(), *args[1].get(), *args[2].get(), *args[3].get()};
-    DISPPARAMS params{raw, nullptr, 4, 0};
-    Variant result;
-    EXPECT_EQ(r->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params, result.put(), nullptr, &argErr), DISP_E_TYPEMISMATCH);
-    EXPECT_TRUE(argErr == 0u || argErr == 99u) << argErr;
-    // ... also when an omitted default was added behind it.
-    Variant byValue = text(L"three");
-    VARIANT raw2[4] = {*byValue.get(), *args[1].get(), *args[2].get(), *args[3].get()};
-    DISPPARAMS params2{raw2, nullptr, 4, 0};
-    argErr = 99;
-    EXPECT_EQ(r->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params2, result.put(), nullptr, &argErr),
-              DISP_E_TYPEMISMATCH);
-    EXPECT_TRUE(argErr == 0u || argErr == 99u) << argErr;
+    for (Variant first : {byRef(bad), text(L"three")}) {
+        Variant args[4] = {std::move(first), text(L";"), Variant::fromShort(0), text(L"a")};  // last first
+        VARIANT raw[4] = {*args[0], *args[1], *args[2], *args[3]};
+        DISPPARAMS params{raw, nullptr, 4, 0};
+        Variant result;
+        UINT argErr = 99;
+        EXPECT_EQ(r->Invoke(0x60030000, IID_NULL, 0, DISPATCH_METHOD, &params, result.put(), nullptr, &argErr),
+                  DISP_E_TYPEMISMATCH);
+        EXPECT_TRUE(argErr == 0u || argErr == 99u) << argErr;
+    }
 }
 
 TEST(CallArguments, PropertyAssignmentsTakeHostVariablesToo) {
     // The let of AlphaAnd takes a String by reference: `m.AlphaAnd = s` passes s as a
     // reference to a Variant.
     auto m = vxtest::createObject(CLSID_Ds_AlphaMoney);
-    Variant variable = Variant::fromText(L" + ");
-    ASSERT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(variable)).errorNumber(), 0);
-    EXPECT_EQ(vxtest::textOf(vxtest::get(m.get(), L"AlphaAnd").value), L" + ");
+    auto alphaAnd = [&] { return vxtest::textOf(vxtest::get(m.get(), L"AlphaAnd").value); };
     // A number is converted for the member; the host's variable keeps its own type.
     Variant number = Variant::fromLong(42);
     ASSERT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(number)).errorNumber(), 0);
-    EXPECT_EQ(vxtest::textOf(vxtest::get(m.get(), L"AlphaAnd").value), L"42");
+    EXPECT_EQ(alphaAnd(), L"42");
     EXPECT_EQ(number.type(), VT_I4);
     // A reference to a reference reaches the variable.
     Variant inner = Variant::fromText(L" & ");
     Variant outer = byRef(inner);
     ASSERT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(outer)).errorNumber(), 0);
-    EXPECT_EQ(vxtest::textOf(vxtest::get(m.get(), L"AlphaAnd").value), L" & ");
+    EXPECT_EQ(alphaAnd(), L" & ");
     // What does not convert is left for the type info to report.
-    Variant null = Variant::null();
+    Variant null = Variant::null(), array = makeVariantArray({Variant::fromLong(1)});
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(null)).errorNumber(), 13);
-    Variant array = makeVariantArray({Variant::fromLong(1)});
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(array)).errorNumber(), 13);
-    EXPECT_EQ(vxtest::textOf(vxtest::get(m.get(), L"AlphaAnd").value), L" & ");
+    EXPECT_EQ(alphaAnd(), L" & ");
 }

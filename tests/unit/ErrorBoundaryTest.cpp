@@ -26,19 +26,12 @@ std::wstring currentErrorDescription() {
 }  // namespace
 
 TEST(ErrorBoundary, RuntimeErrorsBecomeControlFacilityHresults) {
-    struct Case {
-        int number;
-        const wchar_t* text;
-    } cases[] = {{5, L"Invalid procedure call or argument"},
-                 {6, L"Overflow"},
-                 {9, L"Subscript out of range"},
-                 {13, L"Type mismatch"},
-                 {91, L"Object variable or With block variable not set"},
-                 {94, L"Invalid use of Null"},
-                 {424, L"Object required"},
-                 {438, L"Object doesn't support this property or method"},
-                 {457, L"This key is already associated with an element of this collection"}};
-    for (const Case& c : cases) {
+    const struct { int number; const wchar_t* text; } cases[] = {
+        {5, L"Invalid procedure call or argument"}, {6, L"Overflow"}, {9, L"Subscript out of range"},
+        {13, L"Type mismatch"}, {91, L"Object variable or With block variable not set"}, {94, L"Invalid use of Null"},
+        {424, L"Object required"}, {438, L"Object doesn't support this property or method"},
+        {457, L"This key is already associated with an element of this collection"}};
+    for (const auto& c : cases) {
         HRESULT hr = guard(IID_IDispatch, [&] { vx::raise(c.number); });
         EXPECT_EQ(hr, static_cast<HRESULT>(0x800A0000u + c.number));
         EXPECT_EQ(vxtest::errorNumberOf(hr), c.number);
