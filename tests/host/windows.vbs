@@ -1,7 +1,7 @@
 ' ---- the test ----
 ' Ds_EnumChid, Ds_ENumAction and Ds_ListChild from a late-bound host, against the
 ' fixture program's windows and against a real program: Wine's notepad.
-Dim sh, fixture, e, w, w2, lst, h, main, edit, s, n, i, form, ok
+Dim sh, fixture, e, w, w2, lst, kept, h, main, edit, s, n, i, c, form
 
 Set sh = CreateObject("WScript.Shell")
 Set e = CreateObject("Vx_Main.Ds_EnumChid")
@@ -9,7 +9,6 @@ Set e = CreateObject("Vx_Main.Ds_EnumChid")
 ' Waits, counted in yields, until path names a window; 0 when it never does.
 Function WaitFor(path)
     Dim k
-    WaitFor = 0
     For k = 1 To 3000
         WaitFor = e.GetFindHandle(path)
         If WaitFor <> 0 Then Exit Function
@@ -17,14 +16,12 @@ Function WaitFor(path)
     Next
 End Function
 
+' Waits the same way until path names no window; whether it came to that.
 Function WaitGone(path)
     Dim k
-    WaitGone = False
     For k = 1 To 3000
-        If e.GetFindHandle(path) = 0 Then
-            WaitGone = True
-            Exit Function
-        End If
+        WaitGone = (e.GetFindHandle(path) = 0)
+        If WaitGone Then Exit Function
         e.WaitDoEvents , 20
     Next
 End Function
@@ -36,6 +33,21 @@ Function WaitText(win, expected)
         e.WaitDoEvents , 20
     Next
     WaitText = win.Title
+End Function
+
+' The title of the window a window object holds, or "-" when it holds none.
+Function Named(win)
+    If win.MyHwndWin = 0 Then Named = "-" Else Named = win.Title
+End Function
+
+' A child list's keys in order, joined by commas.
+Function KeysOf(list)
+    Dim k
+    KeysOf = ""
+    For k = 1 To list.Count
+        KeysOf = KeysOf & "," & list.Item(k).MyPathKey
+    Next
+    KeysOf = Mid(KeysOf, 2)
 End Function
 
 Section "instancing"
@@ -50,8 +62,10 @@ On Error GoTo 0
 
 Section "paths"
 CheckEqual "an empty path", e.GetFindHandle(""), 0
-CheckEqual "a number passes through", e.GetFindHandle("12345"), 12345
+CheckEqual "a number no window is named by passes through", e.GetFindHandle("12345"), 12345
+CheckEqual "a number as a number", e.GetFindHandle(4242), 4242
 CheckEqual "-1 is the desktop", e.GetFindHandle("-1"), e.GetDesktopWin
+Check "-2 and -3 are special values, not numbers", e.GetFindHandle("-2") <> -2 And e.GetFindHandle("-3") <> -3
 ' (Wine's ExpandEnvironmentStrings leaves the terminating NUL on the text.)
 Set fixture = sh.Exec(Replace(sh.ExpandEnvironmentStrings("%VX_BIN_DIR%"), Chr(0), "") & "\vx_window_fixture.exe 120")
 main = WaitFor("Vx Fixture Main")
@@ -59,117 +73,76 @@ Check "the fixture program shows its window", main <> 0
 ' Its window is found as soon as it exists: wait for its last control and its dialog too.
 Check "its controls", WaitFor("Vx Fixture Main~Static") <> 0
 Check "its dialog", WaitFor("Vx Fixture Dialog") <> 0
-Set w = e.WaitFindWindows("Vx Fixture Main")
-CheckEqual "WaitFindWindows finds it", w.MyHwndWin, main
-CheckEqual "by class", e.GetFindHandle("VxFixtureMain"), main
 edit = e.GetFindHandle("Vx Fixture Main~Edit")
-Check "a child by class", edit <> 0
-CheckEqual "a child by class and title", e.GetChild("VxFixtureMain~Button*~*Remember").Title, "Remember"
-CheckEqual "another separator", e.GetChild("Vx Fixture Main>Button*>*OK", ">").Class, "Button"
-CheckEqual "nothing found is a window object holding 0", e.GetChild("Vx Fixture Main~Nothing*~*here").MyHwndWin, 0
-CheckEqual "FindWinChild by title", e.FindWinChild("Vx Fixture Main~Option A").Title, "Option A"
-CheckEqual "FindWinChild by class and title", e.FindWinChild("Vx Fixture Main~Button~Option B").Title, "Option B"
+' Path, separator, the title of the window it names. Titles compare whole and without
+' regard to case; a class names a window too; "*~*" pairs a class with a title, so a
+' separator of "|" (which the pair's inner marker holds) breaks pairs; an empty class
+' finds nothing; a step that finds nothing sends the next one to the top level; a number
+' passes through only as a single step.
+For Each c In Array( _
+        Array("vx fixture MAIN", "~", "Vx Fixture Main"), Array("VxFixtureMain", "~", "Vx Fixture Main"), _
+        Array("Vx Fixture", "~", "-"), Array("Vx Fixture Main~Edit", "~", "Hello"), _
+        Array("VxFixtureMain~Button*~*Remember", "~", "Remember"), Array("Vx Fixture Main>Button*>*OK", ">", "OK"), _
+        Array("Vx Fixture Main|Button*|*OK", "|", "-"), Array("Vx Fixture Main|Edit", "|", "Hello"), _
+        Array("no such window anywhere", "~", "-"), Array("Vx Fixture Main~Button*~*Cancel", "~", "-"), _
+        Array("Vx Fixture Main~*~*OK", "~", "-"), Array("Vx Fixture Main~NoSuchClass~VxFixtureMain", "~", "Vx Fixture Main"), _
+        Array("12345~Edit", "~", "-"))
+    CheckEqual "GetChild " & c(0), Named(e.GetChild(c(0), c(1))), c(2)
+Next
+n = e.GetFindHandle("Vx Fixture Main~Button*~*Option A")
+CheckEqual "GetFindEX ignores its second handle", e.GetFindEX(main, n, "Button", "Option A"), n
+CheckEqual "GetFindEX: an empty title is any title", Named(e.GetChild(e.GetFindEX(main, 0, "Button", ""))), "OK"
+CheckEqual "GetFindW", e.GetFindW("VxFixtureMain", ""), main
+' FindWinChild: a child by key, or by exact class and title (else the last child looked
+' at); more than three parts use the first alone.
+For Each c In Array( _
+        Array("Vx Fixture Main", "Vx Fixture Main"), Array("Vx Fixture Main~Option A", "Option A"), _
+        Array("Vx Fixture Main~3EB", "Remember"), Array("Vx Fixture Main~Nope", "-"), _
+        Array("Vx Fixture Main~Button~Option B", "Option B"), Array("Vx Fixture Main~button~Option B", "ready"), _
+        Array("Vx Fixture Main~a~b~c", "Vx Fixture Main"), Array("Nowhere~Edit", "-"), Array("", "-"))
+    CheckEqual "FindWinChild " & c(0), Named(e.FindWinChild(c(0))), c(1)
+Next
+CheckEqual "WaitFindWindows", e.WaitFindWindows("Vx Fixture Main").MyHwndWin, main
 CheckEqual "WaitFindWindows with a child key", e.WaitFindWindows("Vx Fixture Main~3EE").Title, "World"
+CheckEqual "and other separators", e.WaitFindWindows("VxFixtureMain|Edit#2", "~", "|").Title, "World"
+Check "a blank path is Nothing at once", e.WaitFindWindows("  ") Is Nothing
+On Error Resume Next
+Set w = e.WaitFindWindows("Vx Fixture Main~Nope")
+CheckError "a child key the window lacks", Err.Number, 5
+Err.Clear
+On Error GoTo 0
 CheckEqual "a title search by containment", e.GetFindTitleWindow("FIXTURE DIALOG").Class, "#32770"
-CheckEqual "a parent search", e.GetFindTitleWindow("the vx fixture main window", edit).MyHwndWin, main
+' A parent search starts above the window (the edit's own title, Hello, is not looked at)
+' and asks whether the text contains an ancestor's title; past the top it finds nothing.
+CheckEqual "a parent search", e.GetFindTitleWindow("hello, the vx fixture main window", edit).MyHwndWin, main
+CheckEqual "a parent search that fails", e.GetFindTitleWindow("zzz", edit).MyHwndWin, 0
 
-Dim helper
-Set helper = CreateObject("Vx_Main.Ds_MyVaribleFunction")
-helper.DoWaitFindTitle "Vx Fixture Main"
-Pass
-helper.DoWaitNumber 0
-Pass
-
-Section "the window object"
-Set w = e.GetChild(edit)
-CheckEqual "Title", w.Title, "Hello"
-CheckEqual "Class", w.Class, "Edit"
-CheckEqual "ControlID in hexadecimal", w.ControlID, "3E9"
-CheckEqual "ControlID as a number", w.ControlID(False), 1001
-CheckEqual "ParentTitle", w.ParentTitle, "Vx Fixture Main"
-CheckEqual "ParentClass", w.ParentClass, "VxFixtureMain"
-CheckEqual "ParentHwnd", w.ParentHwnd, main
-CheckEqual "SubParent", w.SubParent.MyHwndWin, main
-CheckEqual "IsEnableUser", w.IsEnableUser, False
-Set w2 = e.GetChild(main)
-CheckEqual "the style report", w2.Style(False), "WS_BORDER:8388608\WS_VISIBLE:268435456\"
-CheckEqual "the style as a number", w2.Style And &H10000000, &H10000000
-CheckEqual "IsTaskbar", w2.IsTaskbar, True
-w.Title = "set by the host"
-CheckEqual "Title let", w.Title, "set by the host"
-w.SetText "by message", 4
-CheckEqual "SetText by WM_SETTEXT", w.Title, "by message"
-CheckEqual "SendMsg returns the message's result", w.SendMsg(12, 0, "sent"), 1
-CheckEqual "SendMsg to its own window", w.Title, "sent"
-w.SendMsg 12, 0, "elsewhere", , e.FindWinChild("Vx Fixture Main~3EE").MyHwndWin
-CheckEqual "SendMsg to another window", e.FindWinChild("Vx Fixture Main~3EE").Title, "elsewhere"
-CheckEqual "leaving its own", w.Title, "sent"
-e.ActionSend edit, 12, 0, 1234, 4
-CheckEqual "ActionSend by string sends the digits", w.Title, "1234"
-Set w = e.GetChild("Vx Fixture Main~Button*~*Remember")
-w.ClickCheckBox = True
-CheckEqual "ClickCheckBox let and get", w.ClickCheckBox, True
-w.ClickOption = False
-CheckEqual "ClickOption is the same property", w.ClickCheckBox, False
-e.GetChild("Vx Fixture Main~Button*~*OK").Click
-CheckEqual "Click reaches the program", e.GetChild("Vx Fixture Main~Static").Title, "clicked 1"
-w.Enabled = False
-CheckEqual "Enabled", w.Enabled, False
-w.Enabled = True
-
-Section "geometry"
-' The fixture's main window stands at 100, 100 with an outer size of 400 x 180.
-CheckEqual "GetSizeWidth is the right edge", e.GetSizeWidth(main), 500
-CheckEqual "in twips", e.GetSizeWidth(main, True), 7500
-CheckEqual "GetSizeHeight is the bottom edge", e.GetSizeHeight(main), 280
-CheckEqual "GetPosLeft", e.GetPosLeft(main), 100
-CheckEqual "GetPosTop in twips", e.GetPosTop(main, True), 1500
-Set w = e.GetChild(main)
-CheckEqual "LeftPL", w.LeftPL, 100
-CheckEqual "WidthPL is an edge", w.WidthPL, 500
-CheckEqual "HeightPL in twips", w.HeightPL(True), 4200
-n = w.WidthTX
-Check "WidthTX is the client width", n > 300 And n < 400
-w.WidthTX = n
-Check "setting it to itself shrinks a framed window", w.WidthTX < n
-w.LeftTX(True) = 10
-CheckEqual "LeftTX with IsPixcel moves to 10 pixels", w.LeftTX, 10
-CheckEqual "while the top went through x 15", w.TopTX, 1500
-w.TopTX = 100
-w.LeftTX = 100
-CheckEqual "TopTX and LeftTX in pixels", e.GetPosLeft(main) & "," & e.GetPosTop(main), "100,100"
-' (The test platform does not place windows of other programs by their placement record,
-' so SizeWinPlace and GoHwndContainer are only called here; the unit tests check them on
-' the test's own windows.)
-w.SizeWinPlace 100, 100, 500, 280
-e.GoHwndContainer main, e.GetFindHandle("Vx Fixture Dialog")
-w.WinState = 2
-CheckEqual "maximized", w.WinState, 2
-w.WinState = 0
-CheckEqual "normal again", w.WinState, 0
-e.GoCusorXY 110, 110
-CheckEqual "MouseCX", e.MouseCX, 110
-CheckEqual "MouseCY in twips", e.MouseCY(True), 1650
-CheckEqual "IsHitTest", e.IsHitTest(main), True
-CheckEqual "IsHitTestXY", w.IsHitTestXY, True
+' The helper's waits, as a host calls them (a window there already ends the first).
+CreateObject("Vx_Main.Ds_MyVaribleFunction").DoWaitFindTitle "Vx Fixture Main"
+CreateObject("Vx_Main.Ds_MyVaribleFunction").DoWaitNumber 0
 
 Section "child lists"
+CheckEqual "keyed by identifier", KeysOf(e.EWinChild(main)), "3E9,3EE,3EA,3EB,3EC,3ED,3EF"
+CheckEqual "by class, repeats numbered", KeysOf(e.EWinChild("Vx Fixture Main", 1)), _
+    "Edit,Edit#2,Button,Button#2,Button#3,Button#4,Static"
+CheckEqual "by title", KeysOf(e.EWinChild(main, 2)), "Hello,World,OK,Remember,Option A,Option B,ready"
+CheckEqual "none visible with a border; a kind out of range and handle 0 list nothing", _
+    e.EWinChild(main, 3).Count & e.EWinChild(main, 9).Count & e.EWinChild(0, 4).Count, "000"
+Set kept = e.EWinChild(main, 4)
 Set lst = e.EWinChild("Vx Fixture Main", 4)
 CheckEqual "each child by identifier, class and title", lst.Count, 21
-CheckEqual "a repeated class is numbered", lst.Item("Edit#2").ControlID, "3EE"
-CheckEqual "keys ignore case", lst.Item("OPTION b").ControlID, "3ED"
+CheckEqual "Item by a numbered key, a key in any case, a position", _
+    lst.Item("Edit#2").ControlID & "|" & lst.Item("OPTION b").ControlID & "|" & lst.Item(4).ControlID, "3EE|3ED|3EE"
 CheckEqual "MyPathKey is the key", lst.Item(2).MyPathKey, "Edit"
-CheckEqual "ItemClass", lst.ItemClass("Button#2").Title, "Remember"
-CheckEqual "ItemTitle", lst.ItemTitle("OK").Class, "Button"
+CheckEqual "ItemClass and ItemTitle", lst.ItemClass("button#3").Title & "|" & lst.ItemTitle("OK").Class, "Option A|Button"
 s = "BUTTON"
 CheckEqual "CountClass by containment", lst.CountClass(s), 4
 CheckEqual "leaves the caller's variable lower-cased", s, "button"
 CheckEqual "CountClass without an argument", lst.CountClass, 7
-s = "OPTION"
-CheckEqual "CountTitle", lst.CountTitle(s), 2
+CheckEqual "CountTitle", lst.CountTitle("o"), 5
 lst.Remove "Edit"
 CheckEqual "Remove takes from the main list", lst.Count, 20
-CheckEqual "but not from the class list", lst.ItemClass("Edit").ControlID, "3E9"
+CheckEqual "but not from the class and title lists", lst.ItemClass("Edit").ControlID & lst.ItemTitle("Hello").ControlID, "3E93E9"
 On Error Resume Next
 Set w2 = lst.Item("Edit")
 CheckError "a removed key", Err.Number, 5
@@ -178,9 +151,10 @@ Set w2 = lst.Item(99)
 CheckError "a position out of range", Err.Number, 9
 Err.Clear
 On Error GoTo 0
-Set lst = e.SubParentEnum(edit, 1)
-CheckEqual "the window and its ancestors", lst.Count, 2
-CheckEqual "from the window up", lst.Item(2).MyHwndWin, main
+CheckEqual "a window and its ancestors, from the window up", KeysOf(e.SubParentEnum(edit)) & "|" & _
+    e.SubParentEnum(edit).Item(2).MyHwndWin, "3E9,0|" & main
+CheckEqual "visible with a border: the main window only", KeysOf(e.SubParentEnum(edit, 3)), "Vx Fixture Main"
+CheckEqual "SubParentEnumX", KeysOf(e.FindWinChild("Vx Fixture Main~Edit#2").SubParentEnumX(1)), "Edit,VxFixtureMain"
 Set lst = e.GetChild(main).SubChildEnum
 CheckEqual "SubChildEnum keys by identifier", lst.Item("3EF").Class, "Static"
 Set w2 = lst.Add(main, "mine")
@@ -191,6 +165,111 @@ CheckError "a key already present", Err.Number, 457
 Err.Clear
 On Error GoTo 0
 CheckEqual "ThreadProcessId is always 0", e.ThreadProcessId(main), 0
+
+Section "the window object"
+Set w = e.GetChild(edit)
+Set w2 = e.GetChild(main)
+CheckEqual "Title, Class, ParentTitle, ParentClass", w.Title & "|" & w.Class & "|" & w.ParentTitle & "|" & w.ParentClass, _
+    "Hello|Edit|Vx Fixture Main|VxFixtureMain"
+CheckEqual "ControlID in hexadecimal, and as a Long", w.ControlID & "|" & w.ControlID(False) & "|" & VarType(w.ControlID(False)), _
+    "3E9|1001|3"
+CheckEqual "ParentHwnd and SubParent", w.ParentHwnd & "|" & w.SubParent.MyHwndWin, main & "|" & main
+CheckEqual "IsEnableUser and IsEnableSystem", w.IsEnableUser Or w.IsEnableSystem, False
+CheckEqual "the style report", w2.Style(False), "WS_BORDER:8388608\WS_VISIBLE:268435456\"
+CheckEqual "the style report of a control without a border", _
+    e.GetChild("Vx Fixture Main~Button*~*OK").Style(False), "WS_VISIBLE:268435456\"
+CheckEqual "the style as a number, and IsTaskbar", (w2.Style And &H10800000) & w2.IsTaskbar, &H10800000 & "True"
+w.ParentTitle = "Vx Renamed"
+CheckEqual "ParentTitle let", w2.Title, "Vx Renamed"
+w.ParentTitle = "Vx Fixture Main"
+w.Visible = False
+CheckEqual "Visible let and get", w.Visible, False
+w.Visible = True
+w.Title = "set by the host"
+CheckEqual "Title let", w.Title, "set by the host"
+w.SetText "plain", 1
+CheckEqual "SetText by SetWindowText", w.Title, "plain"
+w.SetText "by message", 4
+CheckEqual "SetText by WM_SETTEXT", w.Title, "by message"
+w.SetText "", 4
+w.SetText "typed", 2
+CheckEqual "SetText as key messages", w.Title, "typed"
+w.SetText "ignored", 7
+CheckEqual "SetText of an unknown kind does nothing", w.Title, "typed"
+CheckEqual "SendMsg returns the message's result", w.SendMsg(12, 0, "sent"), 1
+CheckEqual "SendMsg to its own window", w.Title, "sent"
+w.SendMsg 12, 0, "elsewhere", , e.FindWinChild("Vx Fixture Main~3EE").MyHwndWin
+CheckEqual "SendMsg to another window", e.FindWinChild("Vx Fixture Main~3EE").Title, "elsewhere"
+CheckEqual "leaving its own", w.Title, "sent"
+e.ActionSend edit, 12, 0, 1234, 4
+CheckEqual "ActionSend by string sends the digits", w.Title, "1234"
+e.ActionSend edit, 12, 0, "words", 4
+CheckEqual "and 0 for a text", w.Title, "0"
+Check "JustNumberText answers Empty", IsEmpty(e.JustNumberText(edit))
+Check "and makes an edit take digits only", (w.Style And &H2000) <> 0
+Set w = e.GetChild("Vx Fixture Main~Button*~*Remember")
+w.ClickCheckBox = True
+CheckEqual "ClickCheckBox let and get", w.ClickCheckBox, True
+CheckEqual "an unknown sending mode sends nothing", w.ClickCheckBox(9), False
+w.ClickOption = False
+CheckEqual "ClickOption is the same property", w.ClickCheckBox, False
+e.GetChild("Vx Fixture Main~Button*~*OK").Click
+CheckEqual "Click reaches the program", e.GetChild("Vx Fixture Main~Static").Title, "clicked 1"
+w.Enabled = False
+CheckEqual "Enabled", w.Enabled, False
+w.Enabled = True
+
+Section "geometry and the mouse"
+' The fixture's main window stands at 100, 100 with an outer size of 400 x 180.
+CheckEqual "the right and bottom edges, not sizes", e.GetSizeWidth(main) & "," & e.GetSizeHeight(main), "500,280"
+CheckEqual "the left and top edges", e.GetPosLeft(main) & "," & e.GetPosTop(main), "100,100"
+CheckEqual "in twips", e.GetSizeWidth(main, True) & "," & e.GetPosTop(main, True), "7500,1500"
+e.GoCusorXY 110, 110
+CheckEqual "MouseCX and MouseCY in twips", e.MouseCX & "," & e.MouseCY(True), "110,1650"
+CheckEqual "IsHitTest", e.IsHitTest(main), True
+CheckEqual "IsHitTestXY", w2.IsHitTestXY, True
+e.GoCusorXY 120
+CheckEqual "only x given: y stays", e.MouseCX & "," & e.MouseCY, "120,110"
+e.GoCusorXY , 130
+CheckEqual "only y given: x stays", e.MouseCX & "," & e.MouseCY, "120,130"
+e.GoCusorXY 500, 280
+CheckEqual "IsHitTest includes the edges", e.IsHitTest(main), True
+e.GoCusorXY 501
+CheckEqual "and nothing beyond them", e.IsHitTest(main), False
+Set w = e.GetChild(main)
+CheckEqual "LeftPL, WidthPL (an edge) and HeightPL in twips", w.LeftPL & "," & w.WidthPL & "," & w.HeightPL(True), "100,500,4200"
+' Minimized, maximized, an unknown state that changes nothing, normal again.
+For Each c In Array(Array(1, 1), Array(2, 2), Array(7, 2), Array(0, 0))
+    w.WinState = c(0)
+    CheckEqual "WinState " & c(0), w.WinState, c(1)
+Next
+w.GoShowWindows 0
+CheckEqual "GoShowWindows hides", w.Visible, False
+w.GoShowWindows 5
+CheckEqual "and shows", w.Visible, True
+n = w.WidthTX
+Check "WidthTX is the client width", n > 300 And n < 400
+w.WidthTX = n
+Check "setting it to itself shrinks a framed window", w.WidthTX < n
+w.LeftTX(True) = 10
+CheckEqual "LeftTX with IsPixcel moves to 10 pixels", w.LeftTX, 10
+CheckEqual "while the top went through x 15", w.TopTX, 1500
+On Error Resume Next
+w.TopTX(True) = 200000000
+CheckError "the scaled new value must fit a Long", Err.Number, 6
+Err.Clear
+On Error GoTo 0
+w.TopTX = 100
+w.LeftTX = 100
+CheckEqual "TopTX and LeftTX in pixels", e.GetPosLeft(main) & "," & e.GetPosTop(main), "100,100"
+' A pop-up with a caption, which the system does not hold to a size range, shows all four
+' values of that move: the new left edge as given; the top and the client sizes x 15.
+n = e.GetFindHandle("Vx Fixture Dialog")
+Set w2 = e.GetChild(n)
+s = "10," & w2.TopTX * 15 & "," & w2.WidthTX * 15 & "," & w2.HeightTX * 15
+w2.LeftTX(True) = 10
+CheckEqual "a pop-up moved in twips", w2.LeftTX & "," & w2.TopTX & "," & (e.GetSizeWidth(n) - w2.LeftTX) & "," & _
+    (e.GetSizeHeight(n) - w2.TopTX), s
 
 Section "pictures and translucency through a host form"
 Class StandInForm
@@ -220,6 +299,12 @@ On Error Resume Next
 e.GoFormAlpha (main), 300
 CheckError "an alpha beyond 255", Err.Number, 6
 Err.Clear
+e.GoImageWithHwnd (main), (Nothing)
+CheckError "no form", Err.Number, 91
+Err.Clear
+e.KeyPress 300
+CheckError "a key code is a byte", Err.Number, 6
+Err.Clear
 On Error GoTo 0
 
 Section "a real program: notepad"
@@ -242,6 +327,8 @@ CheckEqual "typed into notepad (letters arrive unshifted)", WaitText(w, "typed 4
 e.KeyPress 13
 e.KeyPress 65, 2
 CheckEqual "KeyPress with a wait", WaitText(w, "typed 42" & vbCrLf & "a"), "typed 42" & vbCrLf & "a"
+CheckEqual "the clicked window is the active one", e.GetActiveWindow.MyHwndWin, h
+CheckEqual "GetHwndPoint", e.GetHwndPoint.Class & "|" & e.GetHwndPoint.MyHwndWin, "Edit|" & w.MyHwndWin
 ' A document that is not modified closes without asking.
 CheckEqual "EM_SETMODIFY answers 0", e.ActionSend(w.MyHwndWin, 185, 0, 0), 0
 e.WindowsClose h
@@ -260,3 +347,36 @@ For i = 1 To 500
 Next
 CheckEqual "and the program ends", fixture.Status, 1
 If fixture.Status = 0 Then fixture.Terminate
+' Its windows, listed before, are gone: their classes read empty and no longer contain
+' "button", but an empty text counts every entry and the list keeps them all.
+CheckEqual "a list of closed windows", kept.CountClass("button") & "," & kept.CountClass("") & "," & kept.Count, "0,7,21"
+
+Section "handles that name no window"
+' Nothing fails on them, and what they read is neutral. (Titles are only read: the test
+' platform hands back stray bytes for a handle that names no window.)
+For Each h In Array(0, main, -5, &H7FFFFFF0)
+    Set w = e.GetChild(h)
+    s = w.Title & w.ParentTitle & w.SubParent.Title
+    CheckEqual "readings of " & h, w.Class & "|" & w.ParentClass & "|" & w.Style(False) & "|" & w.ControlID & "|" & _
+        w.Style & w.WinState & w.LeftPL(True) & w.WidthTX(True) & w.HeightTX & w.ParentHwnd & "|" & _
+        w.ClickCheckBox & w.Enabled & w.Visible & w.IsTaskbar & w.IsHitTestXY & "|" & e.GetSizeWidth(h, True), _
+        "|||0|000000|FalseFalseFalseFalseFalse|0"
+    CheckEqual "lists of " & h, w.SubChildEnum(4).Count & e.ThreadProcessId(h), "00"
+    Set lst = w.SubParentEnumX(4)
+    CheckEqual "a message to " & h, w.SendMsg(1024, 0, 0), 0
+    w.LeftTX = 5
+    w.WidthTX(True) = 5
+    w.WinState = 2
+    w.SizeWinPlace 1, 2, 3, 4
+    w.Click 1
+    w.ClickCheckBox = True
+    w.SetText "x", 2
+    w.Title = "x"
+    w.Visible = True
+    w.WindowOnTop
+    e.GetFindTitleWindow "x", h
+    e.JustNumberText h
+    w.CloseWindowXP
+    e.WindowsClose h
+Next
+e.WaitDoEvents , 20
