@@ -18,11 +18,6 @@ enum Edge { kLeft, kTop, kWidth, kHeight };
 
 Vx_RECT toRecord(const RECT& r) { return Vx_RECT{r.left, r.top, r.right, r.bottom}; }
 
-HRESULT giveText(const std::wstring& text, BSTR* value) {
-    *value = Bstr(text).detach();
-    return S_OK;
-}
-
 VARIANT_BOOL boolean(bool b) { return b ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
@@ -35,26 +30,15 @@ _Ds_EnumChid* ENumAction::finder() {
     return finder_.get();
 }
 
-HRESULT ENumAction::get_MyHwndWin(LONG* value) {
-    if (!value) return E_POINTER;
-    *value = handle_;
-    return S_OK;
-}
+HRESULT ENumAction::get_MyHwndWin(LONG* value) { return giveField(handle_, value); }
 
 HRESULT ENumAction::put_MyHwndWin(LONG value) {
     handle_ = value;
     return S_OK;
 }
 
-HRESULT ENumAction::get_MyPathKey(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { giveText(key_, value); });
-}
-
-HRESULT ENumAction::put_MyPathKey(BSTR value) {
-    return guard([&] { key_ = std::wstring(viewOf(value)); });
-}
+HRESULT ENumAction::get_MyPathKey(BSTR* value) { return giveText(key_, value); }
+HRESULT ENumAction::put_MyPathKey(BSTR value) { return takeText(key_, value); }
 
 HRESULT ENumAction::WindowOnTop(short OnFlag) {
     // The flag is the insert-after handle, sign-extended: -1 topmost, -2 not topmost.
@@ -112,7 +96,7 @@ HRESULT ENumAction::put_ClickOption(Flag_TypeSend SendMy, VARIANT_BOOL value) {
 HRESULT ENumAction::get_Title(BSTR* value) {
     if (!value) return E_POINTER;
     *value = nullptr;
-    return guard([&] { giveText(window::readText(toHwnd(handle_)), value); });
+    return guard([&] { *value = Bstr(window::readText(toHwnd(handle_))).detach(); });
 }
 
 HRESULT ENumAction::put_Title(BSTR value) {
@@ -122,7 +106,7 @@ HRESULT ENumAction::put_Title(BSTR value) {
 HRESULT ENumAction::get_ParentTitle(BSTR* value) {
     if (!value) return E_POINTER;
     *value = nullptr;
-    return guard([&] { giveText(window::readText(GetParent(toHwnd(handle_))), value); });
+    return guard([&] { *value = Bstr(window::readText(GetParent(toHwnd(handle_)))).detach(); });
 }
 
 HRESULT ENumAction::put_ParentTitle(BSTR value) {
@@ -292,13 +276,13 @@ HRESULT ENumAction::get_HeightTX(VARIANT_BOOL IsPixcel, LONG* value) {
 HRESULT ENumAction::get_Class(BSTR* value) {
     if (!value) return E_POINTER;
     *value = nullptr;
-    return guard([&] { giveText(window::readClass(toHwnd(handle_)), value); });
+    return guard([&] { *value = Bstr(window::readClass(toHwnd(handle_))).detach(); });
 }
 
 HRESULT ENumAction::get_ParentClass(BSTR* value) {
     if (!value) return E_POINTER;
     *value = nullptr;
-    return guard([&] { giveText(window::readClass(GetParent(toHwnd(handle_))), value); });
+    return guard([&] { *value = Bstr(window::readClass(GetParent(toHwnd(handle_)))).detach(); });
 }
 
 HRESULT ENumAction::get_PostionRect(Vx_RECT* value) {

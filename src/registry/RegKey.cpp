@@ -7,41 +7,18 @@
 
 namespace vx {
 
-namespace {
-
-template <class T>
-HRESULT getField(const T& field, T* value) {
-    if (!value) return E_POINTER;
-    *value = field;
-    return S_OK;
-}
-
-}  // namespace
-
-HRESULT RegKey::get_HKey(Reg_Type* value) { return getField(hkey_, value); }
+HRESULT RegKey::get_HKey(Reg_Type* value) { return giveField(hkey_, value); }
 HRESULT RegKey::put_HKey(Reg_Type value) { hkey_ = value; return S_OK; }
-HRESULT RegKey::get_CountKey(LONG* value) { return getField(countKey_, value); }
+HRESULT RegKey::get_CountKey(LONG* value) { return giveField(countKey_, value); }
 HRESULT RegKey::put_CountKey(LONG value) { countKey_ = value; return S_OK; }
 
-HRESULT RegKey::get_SubKey(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(subKey_).detach(); });
-}
+HRESULT RegKey::get_SubKey(BSTR* value) { return giveText(subKey_.view(), value); }
 
-HRESULT RegKey::put_SubKey(BSTR value) {
-    return guard([&] { subKey_ = Bstr(viewOf(value)); });
-}
+HRESULT RegKey::put_SubKey(BSTR value) { return takeText(subKey_, value); }
 
-HRESULT RegKey::get_KeyName(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(keyName_).detach(); });
-}
+HRESULT RegKey::get_KeyName(BSTR* value) { return giveText(keyName_.view(), value); }
 
-HRESULT RegKey::put_KeyName(BSTR value) {
-    return guard([&] { keyName_ = Bstr(viewOf(value)); });
-}
+HRESULT RegKey::put_KeyName(BSTR value) { return takeText(keyName_, value); }
 
 HRESULT RegKey::Delete() {
     return guard([&] {

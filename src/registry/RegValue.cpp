@@ -6,36 +6,20 @@
 
 namespace vx {
 
-HRESULT RegValue::get_HKey(Reg_Type* value) {
-    if (!value) return E_POINTER;
-    *value = hkey_;
-    return S_OK;
-}
+HRESULT RegValue::get_HKey(Reg_Type* value) { return giveField(hkey_, value); }
 
 HRESULT RegValue::put_HKey(Reg_Type value) {
     hkey_ = value;
     return S_OK;
 }
 
-HRESULT RegValue::get_SubKey(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(subKey_).detach(); });
-}
+HRESULT RegValue::get_SubKey(BSTR* value) { return giveText(subKey_.view(), value); }
 
-HRESULT RegValue::put_SubKey(BSTR value) {
-    return guard([&] { subKey_ = Bstr(viewOf(value)); });
-}
+HRESULT RegValue::put_SubKey(BSTR value) { return takeText(subKey_, value); }
 
-HRESULT RegValue::get_KeyName(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(keyName_).detach(); });
-}
+HRESULT RegValue::get_KeyName(BSTR* value) { return giveText(keyName_.view(), value); }
 
-HRESULT RegValue::put_KeyName(BSTR value) {
-    return guard([&] { keyName_ = Bstr(viewOf(value)); });
-}
+HRESULT RegValue::put_KeyName(BSTR value) { return takeText(keyName_, value); }
 
 HRESULT RegValue::get_DataValue(VARIANT* value) {
     if (!value) return E_POINTER;
@@ -55,11 +39,7 @@ HRESULT RegValue::putref_DataValue(VARIANT value) {
     });
 }
 
-HRESULT RegValue::get_Datatype(Reg_Type* value) {
-    if (!value) return E_POINTER;
-    *value = datatype_;
-    return S_OK;
-}
+HRESULT RegValue::get_Datatype(Reg_Type* value) { return giveField(datatype_, value); }
 
 HRESULT RegValue::put_Datatype(Reg_Type value) {
     datatype_ = value;

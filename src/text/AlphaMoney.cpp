@@ -100,17 +100,6 @@ AlphaMoney::AlphaMoney()
       thousand_(L" \u0647\u0632\u0627\u0631"),  // no trailing blank, unlike the other scale words
       milliard_(L" \u0645\u064A\u0644\u064A\u0627\u0631\u062F ") {}
 
-HRESULT AlphaMoney::getText(const std::wstring& field, BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(field).detach(); });
-}
-
-HRESULT AlphaMoney::putText(std::wstring& field, const BSTR* value) {
-    if (!value) return E_POINTER;
-    return guard([&] { field = std::wstring(viewOf(*value)); });
-}
-
 std::wstring AlphaMoney::threeDigitWords(int n) const {
     const int d1 = n % 10;
     const int d2 = n % 100;

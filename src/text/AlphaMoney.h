@@ -19,19 +19,18 @@ public:
     // The amount in words with the current properties.
     std::wstring convert(double amount) const;
 
-    HRESULT STDMETHODCALLTYPE get_AlphaThousand(BSTR* value) override { return getText(thousand_, value); }
+    HRESULT STDMETHODCALLTYPE get_AlphaThousand(BSTR* value) override { return giveText(thousand_, value); }
     HRESULT STDMETHODCALLTYPE put_AlphaThousand(BSTR* value) override { return putText(thousand_, value); }
-    HRESULT STDMETHODCALLTYPE get_AlphaMillion(BSTR* value) override { return getText(million_, value); }
+    HRESULT STDMETHODCALLTYPE get_AlphaMillion(BSTR* value) override { return giveText(million_, value); }
     HRESULT STDMETHODCALLTYPE put_AlphaMillion(BSTR* value) override { return putText(million_, value); }
-    HRESULT STDMETHODCALLTYPE get_AlphaMilliard(BSTR* value) override { return getText(milliard_, value); }
+    HRESULT STDMETHODCALLTYPE get_AlphaMilliard(BSTR* value) override { return giveText(milliard_, value); }
     HRESULT STDMETHODCALLTYPE put_AlphaMilliard(BSTR* value) override { return putText(milliard_, value); }
-    HRESULT STDMETHODCALLTYPE get_AlphaAnd(BSTR* value) override { return getText(and_, value); }
+    HRESULT STDMETHODCALLTYPE get_AlphaAnd(BSTR* value) override { return giveText(and_, value); }
     HRESULT STDMETHODCALLTYPE put_AlphaAnd(BSTR* value) override { return putText(and_, value); }
     HRESULT STDMETHODCALLTYPE ConvertAlphaMoney(double Adad, BSTR* result) override;
 
 private:
-    static HRESULT getText(const std::wstring& field, BSTR* value);
-    static HRESULT putText(std::wstring& field, const BSTR* value);
+    static HRESULT putText(std::wstring& field, const BSTR* value) { return value ? takeText(field, *value) : E_POINTER; }
     // The words of 0 to 999 ("" for 0).
     std::wstring threeDigitWords(int n) const;
 

@@ -10,11 +10,7 @@ void DataCollection::letValue(Slot slot, const VARIANT& value) { values_[slot] =
 
 void DataCollection::setKey(std::wstring_view key) { key_ = Bstr(key); }
 
-HRESULT DataCollection::get_sKey(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(key_).detach(); });
-}
+HRESULT DataCollection::get_sKey(BSTR* value) { return giveText(key_.view(), value); }
 
 HRESULT DataCollection::put_sKey(BSTR value) {
     return guard([&] { setKey(viewOf(value)); });

@@ -185,6 +185,23 @@ protected:
         return vx::guard(__uuidof(Interface), std::forward<F>(body));
     }
 
+    // Accessors of properties that are plain fields.
+    template <class T>
+    static HRESULT giveField(const T& field, T* value) noexcept {
+        if (!value) return E_POINTER;
+        *value = field;
+        return S_OK;
+    }
+    static HRESULT giveText(std::wstring_view text, BSTR* value) noexcept {
+        if (!value) return E_POINTER;
+        *value = nullptr;
+        return guard([&] { *value = Bstr(text).detach(); });
+    }
+    template <class Text>
+    static HRESULT takeText(Text& field, BSTR value) noexcept {
+        return guard([&] { field = Text(viewOf(value)); });
+    }
+
 private:
     static ITypeInfo* interfaceInfo() noexcept {
         static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));  // kept for the module's life
