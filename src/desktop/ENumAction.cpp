@@ -204,16 +204,31 @@ HRESULT ENumAction::get_HeightPL(VARIANT_BOOL IsPixcel, LONG* value) {
     return guard([&] { *value = placement(IsPixcel != 0).bottom; });
 }
 
+// Left and top of the window, and the width and height of its client area, in pixels.
+LONG ENumAction::edge(int which) const {
+    RECT r{};
+    const HWND hwnd = toHwnd(handle_);
+    if (which == kLeft || which == kTop) GetWindowRect(hwnd, &r); else GetClientRect(hwnd, &r);
+    switch (which) {
+    case kLeft: return r.left;
+    case kTop: return r.top;
+    case kWidth: return r.right;
+    default: return r.bottom;
+    }
+}
+
+HRESULT ENumAction::giveEdge(int which, VARIANT_BOOL twips, LONG* value) const {
+    if (!value) return E_POINTER;
+    *value = 0;
+    return guard([&] { *value = window::scaled(edge(which), twips); });
+}
+
 // The new value is passed as given (scaled only to check that it fits), the other three
-// are read through the getters with the same IsPixcel; width and height are client sizes.
+// are read with the same IsPixcel; width and height are client sizes.
 void ENumAction::move(int which, VARIANT_BOOL twips, LONG value) {
     window::scaled(value, twips);
     LONG geometry[4];
-    check(get_LeftTX(twips, &geometry[kLeft]));
-    check(get_TopTX(twips, &geometry[kTop]));
-    check(get_WidthTX(twips, &geometry[kWidth]));
-    check(get_HeightTX(twips, &geometry[kHeight]));
-    geometry[which] = value;
+    for (int e = kLeft; e <= kHeight; ++e) geometry[e] = e == which ? value : window::scaled(edge(e), twips);
     MoveWindow(toHwnd(handle_), geometry[kLeft], geometry[kTop], geometry[kWidth], geometry[kHeight], TRUE);
 }
 
@@ -221,57 +236,25 @@ HRESULT ENumAction::put_LeftTX(VARIANT_BOOL IsPixcel, LONG value) {
     return guard([&] { move(kLeft, IsPixcel, value); });
 }
 
-HRESULT ENumAction::get_LeftTX(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
-        RECT r{};
-        GetWindowRect(toHwnd(handle_), &r);
-        *value = window::scaled(r.left, IsPixcel);
-    });
-}
+HRESULT ENumAction::get_LeftTX(VARIANT_BOOL IsPixcel, LONG* value) { return giveEdge(kLeft, IsPixcel, value); }
 
 HRESULT ENumAction::put_TopTX(VARIANT_BOOL IsPixcel, LONG value) {
     return guard([&] { move(kTop, IsPixcel, value); });
 }
 
-HRESULT ENumAction::get_TopTX(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
-        RECT r{};
-        GetWindowRect(toHwnd(handle_), &r);
-        *value = window::scaled(r.top, IsPixcel);
-    });
-}
+HRESULT ENumAction::get_TopTX(VARIANT_BOOL IsPixcel, LONG* value) { return giveEdge(kTop, IsPixcel, value); }
 
 HRESULT ENumAction::put_WidthTX(VARIANT_BOOL IsPixcel, LONG value) {
     return guard([&] { move(kWidth, IsPixcel, value); });
 }
 
-HRESULT ENumAction::get_WidthTX(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
-        RECT r{};
-        GetClientRect(toHwnd(handle_), &r);
-        *value = window::scaled(r.right, IsPixcel);
-    });
-}
+HRESULT ENumAction::get_WidthTX(VARIANT_BOOL IsPixcel, LONG* value) { return giveEdge(kWidth, IsPixcel, value); }
 
 HRESULT ENumAction::put_HeightTX(VARIANT_BOOL IsPixcel, LONG value) {
     return guard([&] { move(kHeight, IsPixcel, value); });
 }
 
-HRESULT ENumAction::get_HeightTX(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
-        RECT r{};
-        GetClientRect(toHwnd(handle_), &r);
-        *value = window::scaled(r.bottom, IsPixcel);
-    });
-}
+HRESULT ENumAction::get_HeightTX(VARIANT_BOOL IsPixcel, LONG* value) { return giveEdge(kHeight, IsPixcel, value); }
 
 HRESULT ENumAction::get_Class(BSTR* value) {
     if (!value) return E_POINTER;

@@ -76,6 +76,8 @@ private:
     // The normal-position rectangle, through the finder; x 15 when twips.
     Vx_RECT placement(bool twips);
     // MoveWindow with the current geometry, one value replaced (see put_LeftTX).
+    LONG edge(int which) const;
+    HRESULT giveEdge(int which, VARIANT_BOOL twips, LONG* value) const;
     void move(int which, VARIANT_BOOL twips, LONG value);
 
     LONG handle_ = 0;
