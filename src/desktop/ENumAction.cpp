@@ -13,14 +13,18 @@ namespace vx {
 namespace {
 
 constexpr UINT kBmGetCheck = 240, kBmSetCheck = 241, kBmClick = 245;
-constexpr WPARAM kScClose = static_cast<WPARAM>(static_cast<LONG_PTR>(-4000));  // SC_CLOSE as a 16-bit Integer
 enum Edge { kLeft, kTop, kWidth, kHeight };
 
 Vx_RECT toRecord(const RECT& r) { return Vx_RECT{r.left, r.top, r.right, r.bottom}; }
 
-VARIANT_BOOL boolean(bool b) { return b ? VARIANT_TRUE : VARIANT_FALSE; }
-
 }  // namespace
+
+ComPtr<_Ds_ENumAction> ENumAction::forWindow(LONG hwnd, std::wstring key) {
+    auto object = create();
+    object->handle_ = hwnd;
+    object->key_ = std::move(key);
+    return ComPtr<_Ds_ENumAction>(object.get());
+}
 
 _Ds_EnumChid* ENumAction::finder() {
     if (!finder_) {
@@ -74,7 +78,7 @@ HRESULT ENumAction::get_ClickCheckBox(Flag_TypeSend SendMy, VARIANT_BOOL* value)
     return guard([&] {
         Variant state;
         check(finder()->ActionSend(handle_, kBmGetCheck, 0, *Variant::fromLong(0), SendMy, state.put()));
-        *value = boolean(toBool(*state));
+        *value = toVariantBool(toBool(*state));
     });
 }
 
@@ -115,7 +119,7 @@ HRESULT ENumAction::put_ParentTitle(BSTR value) {
 
 HRESULT ENumAction::get_Enabled(VARIANT_BOOL* value) {
     if (!value) return E_POINTER;
-    *value = boolean(IsWindowEnabled(toHwnd(handle_)) != 0);
+    *value = toVariantBool(IsWindowEnabled(toHwnd(handle_)) != 0);
     return S_OK;
 }
 
@@ -126,7 +130,7 @@ HRESULT ENumAction::put_Enabled(VARIANT_BOOL value) {
 
 HRESULT ENumAction::get_Visible(VARIANT_BOOL* value) {
     if (!value) return E_POINTER;
-    *value = boolean(IsWindowVisible(toHwnd(handle_)) != 0);
+    *value = toVariantBool(IsWindowVisible(toHwnd(handle_)) != 0);
     return S_OK;
 }
 
@@ -173,38 +177,24 @@ HRESULT ENumAction::put_WinState(Flag_WindowState value) {
     return S_OK;
 }
 
-Vx_RECT ENumAction::placement(bool twips) {
-    Vx_RECT r{};
-    check(finder()->GetWinPlace(handle_, &r));
-    const VARIANT_BOOL t = twips ? VARIANT_TRUE : VARIANT_FALSE;
-    return Vx_RECT{window::scaled(r.left, t), window::scaled(r.top, t), window::scaled(r.right, t), window::scaled(r.bottom, t)};
-}
-
-HRESULT ENumAction::get_LeftPL(VARIANT_BOOL IsPixcel, LONG* value) {
+HRESULT ENumAction::givePlacement(LONG Vx_RECT::*field, VARIANT_BOOL twips, LONG* value) {
     if (!value) return E_POINTER;
     *value = 0;
-    return guard([&] { *value = placement(IsPixcel != 0).left; });
+    return guard([&] {
+        Vx_RECT r{};
+        check(finder()->GetWinPlace(handle_, &r));
+        // All four are scaled, so a field that overflows fails whichever is asked for.
+        const Vx_RECT s{window::scaled(r.left, twips), window::scaled(r.top, twips), window::scaled(r.right, twips),
+                        window::scaled(r.bottom, twips)};
+        *value = s.*field;
+    });
 }
 
-HRESULT ENumAction::get_TopPL(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] { *value = placement(IsPixcel != 0).top; });
-}
+HRESULT ENumAction::get_LeftPL(VARIANT_BOOL IsPixcel, LONG* value) { return givePlacement(&Vx_RECT::left, IsPixcel, value); }
+HRESULT ENumAction::get_TopPL(VARIANT_BOOL IsPixcel, LONG* value) { return givePlacement(&Vx_RECT::top, IsPixcel, value); }
+HRESULT ENumAction::get_WidthPL(VARIANT_BOOL IsPixcel, LONG* value) { return givePlacement(&Vx_RECT::right, IsPixcel, value); }
+HRESULT ENumAction::get_HeightPL(VARIANT_BOOL IsPixcel, LONG* value) { return givePlacement(&Vx_RECT::bottom, IsPixcel, value); }
 
-HRESULT ENumAction::get_WidthPL(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] { *value = placement(IsPixcel != 0).right; });
-}
-
-HRESULT ENumAction::get_HeightPL(VARIANT_BOOL IsPixcel, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] { *value = placement(IsPixcel != 0).bottom; });
-}
-
-// Left and top of the window, and the width and height of its client area, in pixels.
 LONG ENumAction::edge(int which) const {
     RECT r{};
     const HWND hwnd = toHwnd(handle_);
@@ -288,16 +278,14 @@ HRESULT ENumAction::get_SubParent(_Ds_ENumAction** value) {
     if (!value) return E_POINTER;
     *value = nullptr;
     return guard([&] {
-        auto parent = create();
-        parent->setHandle(toLong(GetParent(toHwnd(handle_))));
-        *value = parent->newReference();
+        *value = forWindow(toLong(GetParent(toHwnd(handle_)))).detach();
     });
 }
 
 HRESULT ENumAction::get_IsTaskbar(VARIANT_BOOL* value) {
     if (!value) return E_POINTER;
     constexpr LONG visibleAndBorder = WS_VISIBLE | WS_BORDER;
-    *value = boolean((GetWindowLongA(toHwnd(handle_), GWL_STYLE) & visibleAndBorder) == visibleAndBorder);
+    *value = toVariantBool((GetWindowLongA(toHwnd(handle_), GWL_STYLE) & visibleAndBorder) == visibleAndBorder);
     return S_OK;
 }
 
@@ -355,7 +343,7 @@ HRESULT ENumAction::CloseWindowXP() {
     const HWND hwnd = toHwnd(handle_);
     PostMessageA(hwnd, WM_CLOSE, 0, 0);
     window::sendWithZeroRef(hwnd, WM_CLOSE, 0);
-    window::sendWithZeroRef(hwnd, WM_SYSCOMMAND, kScClose);
+    window::sendWithZeroRef(hwnd, WM_SYSCOMMAND, window::kScClose);
     return S_OK;
 }
 

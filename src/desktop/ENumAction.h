@@ -12,8 +12,8 @@ class ENumAction : public DispatchObject<ENumAction, _Ds_ENumAction> {
 public:
     static const CLSID& classId() noexcept { return CLSID_Ds_ENumAction; }
 
-    void setHandle(LONG handle) noexcept { handle_ = handle; }
-    void setKey(std::wstring key) { key_ = std::move(key); }
+    // A new window object for hwnd, with the key a list gave it.
+    static ComPtr<_Ds_ENumAction> forWindow(LONG hwnd, std::wstring key = {});
 
     HRESULT STDMETHODCALLTYPE get_MyHwndWin(LONG* value) override;
     HRESULT STDMETHODCALLTYPE put_MyHwndWin(LONG value) override;
@@ -73,11 +73,12 @@ public:
 private:
     // The private Ds_EnumChid most members delegate to.
     _Ds_EnumChid* finder();
-    // The normal-position rectangle, through the finder; x 15 when twips.
-    Vx_RECT placement(bool twips);
-    // MoveWindow with the current geometry, one value replaced (see put_LeftTX).
+    // One field of the normal-position rectangle, through the finder; x 15 when twips.
+    HRESULT givePlacement(LONG Vx_RECT::*field, VARIANT_BOOL twips, LONG* value);
+    // Left and top of the window, width and height of its client area, in pixels.
     LONG edge(int which) const;
     HRESULT giveEdge(int which, VARIANT_BOOL twips, LONG* value) const;
+    // MoveWindow with the current geometry, one value replaced (see put_LeftTX).
     void move(int which, VARIANT_BOOL twips, LONG value);
 
     LONG handle_ = 0;

@@ -18,7 +18,6 @@ namespace vx {
 
 namespace {
 
-constexpr WPARAM kScClose = static_cast<WPARAM>(static_cast<LONG_PTR>(-4000));  // SC_CLOSE as a 16-bit Integer
 constexpr int kVkEnd = 35;
 constexpr LONG kNoUse = 1, kKeyDown = 2, kKeyUp = 3;
 constexpr LONG kOutId = 0, kOutClass = 1, kOutTitle = 2, kOutTitleTask = 3, kOutBoth = 4;
@@ -35,15 +34,22 @@ RECT windowRect(LONG hwnd) {
     return r;
 }
 
-ComPtr<_Ds_ENumAction> windowObject(LONG hwnd) {
-    auto object = ENumAction::create();
-    object->setHandle(hwnd);
-    return ComPtr<_Ds_ENumAction>(object.get());
+void giveWindow(LONG hwnd, _Ds_ENumAction** result) { *result = ENumAction::forWindow(hwnd).detach(); }
+
+// A position in pixels, or in twips when asked, as a Variant result.
+HRESULT giveScaled(LONG pixels, VARIANT_BOOL twips, VARIANT* result) {
+    if (!result) return E_POINTER;
+    VariantInit(result);
+    return guard(__uuidof(_Ds_EnumChid), [&] { Variant::fromLong(window::scaled(pixels, twips != 0)).detachTo(result); });
 }
 
-HRESULT giveWindow(LONG hwnd, _Ds_ENumAction** result) {
-    *result = windowObject(hwnd).detach();
-    return S_OK;
+// The handle of the window a child list holds under key; error 5 when there is none.
+LONG keyedChild(_Ds_ListChild* list, const std::wstring& key) {
+    ComPtr<_Ds_ENumAction> item;
+    check(list->Item(*Variant::fromText(key), item.put()));
+    LONG handle = 0;
+    check(item->get_MyHwndWin(&handle));
+    return handle;
 }
 
 // Null for an empty text: "any" to FindWindow.
@@ -55,7 +61,7 @@ const char* optionalText(const std::string& ansi, BSTR original) {
 bool endKeyHeld(_Ds_MyVaribleFunction* keys) {
     VARIANT_BOOL held = VARIANT_FALSE;
     check(keys->IsKey(kVkEnd, &held));
-    return held != VARIANT_FALSE;
+    return isTrue(&held);
 }
 
 // Keys of a child list: the first window with a given text keeps the text itself, the
@@ -173,7 +179,7 @@ Variant EnumChid::actionSend(LONG hwndValue, LONG msgValue, LONG wParamValue, co
 
 void EnumChid::windowsClose(LONG hwndValue) {
     const HWND hwnd = toHwnd(hwndValue);
-    window::sendWithZeroRef(hwnd, WM_SYSCOMMAND, kScClose);
+    window::sendWithZeroRef(hwnd, WM_SYSCOMMAND, window::kScClose);
     PostMessageA(hwnd, WM_CLOSE, 0, 0);
     window::sendWithZeroRef(hwnd, WM_CLOSE, 0);
 }
@@ -216,7 +222,7 @@ ComPtr<_Ds_ListChild> EnumChid::listChildren(const VARIANT& hwnd, LONG tOut) {
     tryStatement([&] {
         const VARIANT& value = deref(hwnd);
         const bool zero = isEmpty(value) || (isNumeric(value) && toDouble(value) == 0.0);
-        if (!zero) window::collectChildWindows(toHwnd(window::resolvePath(value, *Variant::fromText(L"~"))));
+        if (!zero) window::collectChildWindows(toHwnd(window::resolvePath(toText(value), L"~")));
     });
     // The list is built from this call's own copy: reading a window may let a re-entrant
     // call rebuild the table.
@@ -308,40 +314,24 @@ HRESULT EnumChid::GetWinPlace(LONG nHwnd, Vx_RECT* MySize) {
     return guard([&] { windowPlacement(nHwnd, *MySize); });
 }
 
-HRESULT EnumChid::MouseCX(VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(cursor().x, GetScreen != 0)).detachTo(result); });
-}
+HRESULT EnumChid::MouseCX(VARIANT_BOOL GetScreen, VARIANT* result) { return giveScaled(cursor().x, GetScreen, result); }
 
-HRESULT EnumChid::MouseCY(VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(cursor().y, GetScreen != 0)).detachTo(result); });
-}
+HRESULT EnumChid::MouseCY(VARIANT_BOOL GetScreen, VARIANT* result) { return giveScaled(cursor().y, GetScreen, result); }
 
 HRESULT EnumChid::GetSizeWidth(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).right, GetScreen != 0)).detachTo(result); });
+    return giveScaled(windowRect(nHwnd).right, GetScreen, result);
 }
 
 HRESULT EnumChid::GetSizeHeight(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).bottom, GetScreen != 0)).detachTo(result); });
+    return giveScaled(windowRect(nHwnd).bottom, GetScreen, result);
 }
 
 HRESULT EnumChid::GetPosLeft(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).left, GetScreen != 0)).detachTo(result); });
+    return giveScaled(windowRect(nHwnd).left, GetScreen, result);
 }
 
 HRESULT EnumChid::GetPosTop(LONG nHwnd, VARIANT_BOOL GetScreen, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { Variant::fromLong(window::scaled(windowRect(nHwnd).top, GetScreen != 0)).detachTo(result); });
+    return giveScaled(windowRect(nHwnd).top, GetScreen, result);
 }
 
 HRESULT EnumChid::GetChild(VARIANT MyHandl, VARIANT SplitPM, _Ds_ENumAction** result) {
@@ -413,7 +403,7 @@ HRESULT EnumChid::IsHitTest(LONG hWnd, VARIANT_BOOL* result) {
         const POINT p = cursor();
         const RECT r = windowRect(hWnd);
         const bool inside = r.left <= p.x && p.x <= r.right && r.top <= p.y && p.y <= r.bottom;
-        *result = inside ? VARIANT_TRUE : VARIANT_FALSE;
+        *result = toVariantBool(inside);
     });
 }
 
@@ -469,24 +459,23 @@ HRESULT EnumChid::GetFindTitleWindow(BSTR FindTitle, LONG ParentHwnd, _Ds_ENumAc
             const std::vector<window::TopWindow> windows = window::topWindows();
             for (const auto& w : windows) {
                 yield4();
-                if (inStr(lower(w.title), search) > 0) return void(giveWindow(w.handle, result));
+                if (inStr(lower(w.title), search) > 0) return giveWindow(w.handle, result);
             }
-            return void(giveWindow(0, result));
+            return giveWindow(0, result);
         }
         // Up the parent chain, from the parent of ParentHwnd: the first ancestor whose
         // title is contained in the search text (an empty title always is).
         LONG current = ParentHwnd;
         for (;;) {
-            if (current == 0) return void(giveWindow(0, result));
+            if (current == 0) return giveWindow(0, result);
             current = toLong(GetParent(toHwnd(current)));
             yield4();
-            ComPtr<_Ds_ENumAction> ancestor;
-            check(GetChild(*Variant::fromLong(current), *Variant::fromText(L"~"), ancestor.put()));
-            Bstr title;
-            check(ancestor->get_Title(title.put()));
-            if (inStr(search, lower(title.view())) > 0 || title.length() == 0) {
+            // The ancestor as GetChild finds it by its handle's number.
+            const LONG ancestor = window::resolvePath(std::to_wstring(current), L"~");
+            const std::wstring title = window::readText(toHwnd(ancestor));
+            if (inStr(search, lower(title)) > 0 || title.empty()) {
                 yield4();
-                return void(giveWindow(current, result));
+                return giveWindow(current, result);
             }
         }
     });
@@ -514,15 +503,7 @@ HRESULT EnumChid::WaitFindWindows(VARIANT vHwnd, VARIANT SplitPM, VARIANT SplitF
             found = window::resolvePath(first, separator);
             if (endKeyHeld(keys.get())) return;  // the End key gives up the wait
         } while (found == 0);
-        if (parts.size() == 2) {
-            auto list = listChildren(*Variant::fromLong(found), kOutBoth);
-            ComPtr<_Ds_ENumAction> item;
-            check(list->Item(*Variant::fromText(parts[1]), item.put()));
-            LONG handle = 0;
-            check(item->get_MyHwndWin(&handle));
-            giveWindow(handle, result);
-            return;
-        }
+        if (parts.size() == 2) found = keyedChild(listChildren(*Variant::fromLong(found), kOutBoth).get(), parts[1]);
         giveWindow(found, result);
     });
 }
@@ -534,17 +515,13 @@ HRESULT EnumChid::FindWinChild(VARIANT vHwnd, VARIANT SplitPM, VARIANT SplitFw, 
         const std::vector<std::wstring> parts = split(toText(vHwnd), toText(SplitFw));
         const std::wstring separator = toText(SplitPM);
         const std::wstring first = parts.empty() ? std::wstring() : parts[0];
-        if (parts.size() != 2 && parts.size() != 3) return void(giveWindow(window::resolvePath(first, separator), result));
+        if (parts.size() != 2 && parts.size() != 3) return giveWindow(window::resolvePath(first, separator), result);
 
         auto list = listChildren(*Variant::fromLong(window::resolvePath(first, separator)), kOutBoth);
         LONG handle = 0;
         if (parts.size() == 2) {
-            tryStatement([&] {
-                ComPtr<_Ds_ENumAction> item;
-                check(list->Item(*Variant::fromText(parts[1]), item.put()));
-                check(item->get_MyHwndWin(&handle));
-            });
-            return void(giveWindow(handle, result));
+            tryStatement([&] { handle = keyedChild(list.get(), parts[1]); });
+            return giveWindow(handle, result);
         }
         // Class and title, compared exactly; without a match, the last item examined.
         LONG count = 0;

@@ -8,10 +8,7 @@
 namespace vx {
 
 ComPtr<_Ds_ENumAction> ListChild::addEntry(Which which, LONG hwnd, const std::wstring& key) {
-    auto object = ENumAction::create();
-    object->setHandle(hwnd);
-    object->setKey(key);
-    ComPtr<_Ds_ENumAction> entry(object.get());
+    ComPtr<_Ds_ENumAction> entry = ENumAction::forWindow(hwnd, key);
     if (key.empty())
         list(which).add(entry);
     else

@@ -207,11 +207,7 @@ void clearChildWindows() {
     childTable().clear();
 }
 
-void appendChildWindow(HWND hwnd) {
-    auto object = ENumAction::create();
-    object->setHandle(toLong(hwnd));
-    childTable().emplace_back(object.get());
-}
+void appendChildWindow(HWND hwnd) { childTable().push_back(ENumAction::forWindow(toLong(hwnd))); }
 
 void collectChildWindows(HWND parent) { EnumChildWindows(parent, enumChildProc, 0); }
 

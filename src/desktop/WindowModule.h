@@ -18,6 +18,9 @@ inline LONG toLong(HWND hwnd) noexcept { return static_cast<LONG>(reinterpret_ca
 
 namespace window {
 
+// SC_CLOSE as the library passes it: a 16-bit Integer, sign-extended.
+constexpr WPARAM kScClose = static_cast<WPARAM>(static_cast<LONG_PTR>(-4000));
+
 // The separator that marks a class-and-title pair inside a path step once the star,
 // separator, star of the path has been replaced.
 extern const wchar_t kPairMarker[];

@@ -27,23 +27,20 @@ const wchar_t settingsKey[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollowin\\";
 
 constexpr long readFlag = 1;
 
-VARIANT_BOOL boolResult(bool b) noexcept { return b ? VARIANT_TRUE : VARIANT_FALSE; }
-
 // ---- values ----
-
-bool writeString(long root, std::wstring_view path, std::wstring_view name, std::wstring_view text, long type) {
-    // Stored as the text's bytes in the ANSI code page, without a terminating NUL.
-    const std::string data = ansi(text);
-    return writeValue(root, ansi(path), ansi(name), static_cast<DWORD>(type), data.data(), data.size());
-}
-
-bool writeDWord(long root, std::wstring_view path, std::wstring_view name, long number, long type) {
-    DWORD data = static_cast<DWORD>(number);
-    return writeValue(root, ansi(path), ansi(name), static_cast<DWORD>(type), &data, sizeof data);
-}
 
 bool writeBytes(long root, std::wstring_view path, std::wstring_view name, const std::string& bytes, long type) {
     return writeValue(root, ansi(path), ansi(name), static_cast<DWORD>(type), bytes.data(), bytes.size());
+}
+
+bool writeString(long root, std::wstring_view path, std::wstring_view name, std::wstring_view text, long type) {
+    // Stored as the text's bytes in the ANSI code page, without a terminating NUL.
+    return writeBytes(root, path, name, ansi(text), type);
+}
+
+bool writeDWord(long root, std::wstring_view path, std::wstring_view name, long number, long type) {
+    const DWORD data = static_cast<DWORD>(number);
+    return writeBytes(root, path, name, std::string(reinterpret_cast<const char*>(&data), sizeof data), type);
 }
 
 // The fixed buffer ReadString reads into: the text and its terminator must fit.
@@ -116,6 +113,10 @@ std::string bytesOfArray(const VARIANT& value) {
     return bytes;
 }
 
+// The bytes GoRegister stores for a value: an array's elements, or the value as text in
+// the ANSI code page.
+std::string bytesOf(const VARIANT& value) { return isArray(value) ? bytesOfArray(value) : ansi(toText(value)); }
+
 // WriteBinary's data: the array when one is given, otherwise the text's bytes in the
 // ANSI code page.
 std::string binaryData(std::wstring_view text, const VARIANT* array) {
@@ -141,33 +142,29 @@ Variant goRegister(long flag, long type, long root, std::wstring_view path, std:
     }
     static const VARIANT missing = *Variant::missing();
     const VARIANT& v = value ? *value : missing;
+    // The writer and the type it stores. The three string types are all stored as REG_SZ;
+    // a two-part code names both: its first decimal digit the writer, the others the type
+    // (12: a string as REG_EXPAND_SZ, 45: a number as REG_DWORD_BIG_ENDIAN).
+    wchar_t writer = 0;
+    long stored = 0;
     switch (type) {
-        case REG_DWORD: return Variant::fromBool(writeDWord(root, path, name, toInt32(v), REG_DWORD));
+        case REG_DWORD: writer = L'4', stored = REG_DWORD; break;
         case REG_NONE:
-        case REG_BINARY: {
-            // An array's elements are the bytes; anything else is taken as text.
-            const std::string bytes = isArray(v) ? bytesOfArray(v) : ansi(toText(v));
-            return Variant::fromBool(writeBytes(root, path, name, bytes, REG_BINARY));
-        }
+        case REG_BINARY: writer = L'3', stored = REG_BINARY; break;
         case REG_SZ:
         case REG_EXPAND_SZ:
-        case REG_MULTI_SZ:
-            // Stored as REG_SZ whichever of the three was asked for.
-            return Variant::fromBool(writeString(root, path, name, toText(v), REG_SZ));
-        default: break;
+        case REG_MULTI_SZ: writer = L'1', stored = REG_SZ; break;
+        default: {
+            const std::wstring code = std::to_wstring(type);
+            if (code.size() < 2 || code[0] == L'-') return Variant();
+            writer = code[0];
+            stored = static_cast<long>(std::stoul(code.substr(1)));
+        }
     }
-    // A two-part code: the first decimal digit chooses the writer, the others give the
-    // type to store (12: a string as REG_EXPAND_SZ, 45: a number as REG_DWORD_BIG_ENDIAN).
-    const std::wstring code = std::to_wstring(type);
-    if (code.size() < 2 || code[0] == L'-') return Variant();
-    const long stored = static_cast<long>(std::stoul(code.substr(1)));
-    switch (code[0]) {
+    switch (writer) {
         case L'4': return Variant::fromBool(writeDWord(root, path, name, toInt32(v), stored));
         case L'1': return Variant::fromBool(writeString(root, path, name, toText(v), stored));
-        case L'3': {
-            const std::string bytes = isArray(v) ? bytesOfArray(v) : ansi(toText(v));
-            return Variant::fromBool(writeBytes(root, path, name, bytes, stored));
-        }
+        case L'3': return Variant::fromBool(writeBytes(root, path, name, bytesOf(v), stored));
         default: return Variant();
     }
 }
@@ -344,20 +341,20 @@ HRESULT Reg::ValueDelete(BSTR SubKey, HKEY_Type Key, VARIANT_BOOL* result) {
             name = last == std::wstring_view::npos ? text : text.substr(last + 1);
         }
         if (root == 0) return;
-        *result = boolResult(deleteValue(root, ansi(path), ansi(name)));
+        *result = toVariantBool(deleteValue(root, ansi(path), ansi(name)));
     });
 }
 
 HRESULT Reg::CreateKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     *result = VARIANT_FALSE;
-    return guard([&] { *result = boolResult(createKey(Key, ansi(viewOf(SubKey)))); });
+    return guard([&] { *result = toVariantBool(createKey(Key, ansi(viewOf(SubKey)))); });
 }
 
 HRESULT Reg::IsHasKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     *result = VARIANT_FALSE;
-    return guard([&] { *result = boolResult(static_cast<bool>(open(Key, ansi(viewOf(SubKey)), queryAccess))); });
+    return guard([&] { *result = toVariantBool(static_cast<bool>(open(Key, ansi(viewOf(SubKey)), queryAccess))); });
 }
 
 HRESULT Reg::GoRegisterWrite(BSTR SubKey, VARIANT* MyValue, Reg_Type nType, VARIANT* result) {
@@ -392,34 +389,30 @@ HRESULT Reg::KeyDelete(BSTR SubKey, HKEY_Type Key) {
 HRESULT Reg::WriteString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sData, Reg_Type nType, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     *result = VARIANT_FALSE;
-    return guard([&] { *result = boolResult(writeString(Key, viewOf(SubKey), viewOf(sName), viewOf(sData), nType)); });
+    return guard([&] { *result = toVariantBool(writeString(Key, viewOf(SubKey), viewOf(sName), viewOf(sData), nType)); });
 }
 
 HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, BSTR* result) {
     if (!result) return E_POINTER;
     *result = nullptr;
-    HRESULT hr = guard([&] {
-        const std::wstring_view fallback = sDefault ? viewOf(*sDefault) : std::wstring_view();
-        *result = Bstr(readString(Key, viewOf(SubKey), viewOf(sName), fallback)).detach();
+    return guard([&] {
+        // Nothing that fails inside reaches the caller: the result is then "".
+        std::wstring text;
+        tryStatement([&] {
+            const std::wstring_view fallback = sDefault ? viewOf(*sDefault) : std::wstring_view();
+            text = readString(Key, viewOf(SubKey), viewOf(sName), fallback);
+        });
+        *result = Bstr(text).detach();
     });
-    // Nothing that fails inside reaches the caller: the result is then "".
-    if (FAILED(hr)) {
-        SetErrorInfo(0, nullptr);
-        *result = SysAllocString(L"");
-        return *result ? S_OK : E_OUTOFMEMORY;
-    }
-    return hr;
 }
 
 HRESULT Reg::WriteDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG lData, Reg_Type nType, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     *result = VARIANT_FALSE;
     // Nothing that fails inside reaches the caller: the result is then False.
-    if (FAILED(guard([&] { *result = boolResult(writeDWord(Key, viewOf(SubKey), viewOf(sName), lData, nType)); }))) {
-        SetErrorInfo(0, nullptr);
-        *result = VARIANT_FALSE;
-    }
-    return S_OK;
+    return guard([&] {
+        tryStatement([&] { *result = toVariantBool(writeDWord(Key, viewOf(SubKey), viewOf(sName), lData, nType)); });
+    });
 }
 
 HRESULT Reg::ReadDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG* lDefault, LONG* result) {
@@ -434,7 +427,7 @@ HRESULT Reg::WriteBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR ByData, VA
     *result = VARIANT_FALSE;
     return guard([&] {
         const std::string bytes = binaryData(viewOf(ByData), MyDataArr);
-        *result = boolResult(writeBytes(Key, viewOf(SubKey), viewOf(sName), bytes, nType));
+        *result = toVariantBool(writeBytes(Key, viewOf(SubKey), viewOf(sName), bytes, nType));
     });
 }
 
@@ -442,8 +435,7 @@ HRESULT Reg::ReadBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, VARIANT_BOOL* Go
     if (!result) return E_POINTER;
     VariantInit(result);
     return guard([&] {
-        const bool asText = GoGetText && *GoGetText != VARIANT_FALSE;
-        readBinary(Key, viewOf(SubKey), viewOf(sName), asText).detachTo(result);
+        readBinary(Key, viewOf(SubKey), viewOf(sName), isTrue(GoGetText)).detachTo(result);
     });
 }
 

@@ -4,13 +4,19 @@
 // name RegEnumKey for a macro, hence the C++ name.)
 #include "Vx_Main.h"
 #include "core/collections/KeyedListObject.h"
+#include "core/runtime/Errors.h"
 
 namespace vx {
 
-// The lists a host hands to the registry collections: the object asked as the list type
+// A list a host hands to the registry collections: the object asked as the list type
 // (Nothing stays Nothing); an object of another kind is error 13.
-ComPtr<_cRegKeys> keysList(IUnknown* given);
-ComPtr<_cRegValues> valuesList(IUnknown* given);
+template <class List>
+ComPtr<List> givenList(IUnknown* given) {
+    ComPtr<List> list;
+    if (given && FAILED(given->QueryInterface(__uuidof(List), reinterpret_cast<void**>(list.put()))))
+        raise(err::TypeMismatch);
+    return list;
+}
 
 class RegEnumKeyList : public KeyedListObject<RegEnumKeyList, _cRegEnumKey, _cRegKeys> {
 public:

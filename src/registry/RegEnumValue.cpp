@@ -8,8 +8,8 @@ HRESULT RegEnumValueList::Add(_cRegKeys* MyListKey, _cRegValues* MyListValue, BS
     return guard([&] {
         // One after the other: a name already present fails at the key lists, after the
         // name went in, and leaves the names one longer.
-        ComPtr<_cRegKeys> keys = keysList(MyListKey);
-        ComPtr<_cRegValues> values = valuesList(MyListValue);
+        ComPtr<_cRegKeys> keys = givenList<_cRegKeys>(MyListKey);
+        ComPtr<_cRegValues> values = givenList<_cRegValues>(MyListValue);
         names_.add(Bstr(viewOf(SubKey)));
         keyLists_.add(keys, viewOf(SubKey));
         valueLists_.add(values, viewOf(SubKey));

@@ -197,17 +197,7 @@ std::vector<std::string> subkeyNames(HKEY key) {
 
 long countSubkeys(long root, std::string_view path) {
     Key key = open(root, path, enumerateAccess);
-    if (!key) return 0;
-    char buffer[keyNameBuffer];
-    long count = 0;
-    for (;;) {
-        DWORD size = keyNameBuffer;
-        if (RegEnumKeyExA(key.get(), static_cast<DWORD>(count), buffer, &size, nullptr, nullptr, nullptr, nullptr) !=
-            ERROR_SUCCESS)
-            break;
-        ++count;
-    }
-    return count;
+    return key ? static_cast<long>(subkeyNames(key.get()).size()) : 0;
 }
 
 std::vector<Value> values(HKEY key) {

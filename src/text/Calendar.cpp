@@ -192,13 +192,6 @@ std::wstring calendarShamsi(std::wstring_view dateMilady, const VARIANT& dateSha
 
 }  // namespace calendar
 
-namespace {
-
-bool flag(const VARIANT_BOOL* value) { return value && *value != VARIANT_FALSE; }
-
-
-}  // namespace
-
 HRESULT Calendar::ConvertDateFormat(BSTR DateStr, Flag_TypeDate ConvertTypeDate, BSTR* result) {
     if (!result) return E_POINTER;
     *result = nullptr;
@@ -215,7 +208,7 @@ HRESULT Calendar::ConvertDateFormat(BSTR DateStr, Flag_TypeDate ConvertTypeDate,
 HRESULT Calendar::MiladyDate(BSTR DateShamsi, VARIANT_BOOL* IsFormatDateValue, BSTR* result) {
     if (!result) return E_POINTER;
     *result = nullptr;
-    return guard([&] { *result = Bstr(calendar::miladyDate(viewOf(DateShamsi), flag(IsFormatDateValue))).detach(); });
+    return guard([&] { *result = Bstr(calendar::miladyDate(viewOf(DateShamsi), isTrue(IsFormatDateValue))).detach(); });
 }
 
 HRESULT Calendar::CalendarShamsi(BSTR DateMilady, VARIANT* DateShamsi, BSTR* result) {
@@ -232,7 +225,7 @@ HRESULT Calendar::ShamsiDate(BSTR DateMilady, BSTR /*Monasebat: accepted, never 
     if (!result) return E_POINTER;
     *result = nullptr;
     return guard([&] {
-        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), flag(IsFormatDateValue));
+        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), isTrue(IsFormatDateValue));
         if (StringCalendarShamsi && !isMissing(*StringCalendarShamsi))
             writeBack(*StringCalendarShamsi, *Variant::fromText(calendar::calendarShamsi(viewOf(DateMilady), *Variant::fromText(text))));
         *result = Bstr(text).detach();

@@ -294,7 +294,7 @@ HRESULT MyVaribleFunction::IsEqute(VARIANT* ValueA, VARIANT* ValueB, Type_IsEqua
     if (!ValueA || !ValueB) return E_POINTER;
     return guard([&] {
         const LONG mode = GoTypeCheck ? *GoTypeCheck : GoText;
-        *result = compareValues(ValueA, ValueB, mode) ? VARIANT_TRUE : VARIANT_FALSE;
+        *result = toVariantBool(compareValues(ValueA, ValueB, mode));
     });
 }
 
@@ -329,7 +329,7 @@ HRESULT MyVaribleFunction::GoIsNull(VARIANT* MyDataVlaueNull, VARIANT ValueNull,
 HRESULT MyVaribleFunction::IsKey(short GetAsc, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     // The top bit: the key is down now. The bit for "pressed since the last query" is ignored.
-    *result = (static_cast<unsigned short>(GetAsyncKeyState(GetAsc)) & 0x8000u) ? VARIANT_TRUE : VARIANT_FALSE;
+    *result = toVariantBool(static_cast<unsigned short>(GetAsyncKeyState(GetAsc)) & 0x8000u);
     return S_OK;
 }
 

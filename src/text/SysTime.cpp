@@ -46,7 +46,7 @@ HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* 
     return guard([&] {
         const Vx_SYSTEMTIME& t = *GetDateSys;
         std::wstring text = std::to_wstring(t.wYear) + L'/' + std::to_wstring(t.wMonth) + L'/' + std::to_wstring(t.wDay);
-        if (IsWantHour && *IsWantHour != VARIANT_FALSE)
+        if (isTrue(IsWantHour))
             text += L' ' + std::to_wstring(t.wHour) + L':' + std::to_wstring(t.wMinute) + L':' +
                     std::to_wstring(t.wSecond);
         Variant::fromText(text).detachTo(result);

@@ -24,27 +24,33 @@ HRESULT finishInvoke(HRESULT hr, EXCEPINFO* excepInfo) noexcept {
     return hr;
 }
 
-}  // namespace vx
-
-namespace vx {
-
 namespace {
 
 bool omitted(const VARIANT& v) noexcept { return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND; }
+
+// What read makes of the attributes of the type a user-defined type refers to;
+// VT_EMPTY when they cannot be read.
+template <class Read>
+VARTYPE ofReferencedType(ITypeInfo* info, HREFTYPE type, Read&& read) noexcept {
+    ComPtr<ITypeInfo> ref;
+    if (FAILED(info->GetRefTypeInfo(type, ref.put()))) return VT_EMPTY;
+    TYPEATTR* attr = nullptr;
+    if (FAILED(ref->GetTypeAttr(&attr))) return VT_EMPTY;
+    const VARTYPE vt = read(*attr);
+    ref->ReleaseTypeAttr(attr);
+    return vt;
+}
 
 // The object reference an interface pointer type stands for: VT_DISPATCH for a
 // dispatch or dual interface, VT_EMPTY for anything else.
 VARTYPE objectType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
     const TYPEDESC* t = pointer.lptdesc;
     if (!t || t->vt != VT_USERDEFINED) return VT_EMPTY;
-    ComPtr<ITypeInfo> ref;
-    if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put()))) return VT_EMPTY;
-    TYPEATTR* attr = nullptr;
-    if (FAILED(ref->GetTypeAttr(&attr))) return VT_EMPTY;
-    const bool dispatch = attr->typekind == TKIND_DISPATCH ||
-                          (attr->typekind == TKIND_INTERFACE && (attr->wTypeFlags & TYPEFLAG_FDUAL));
-    ref->ReleaseTypeAttr(attr);
-    return dispatch ? VT_DISPATCH : VT_EMPTY;
+    return ofReferencedType(info, t->hreftype, [](const TYPEATTR& attr) -> VARTYPE {
+        const bool dispatch = attr.typekind == TKIND_DISPATCH ||
+                              (attr.typekind == TKIND_INTERFACE && (attr.wTypeFlags & TYPEFLAG_FDUAL));
+        return dispatch ? VT_DISPATCH : VT_EMPTY;
+    });
 }
 
 // The type a by-reference parameter points to, with enumerations and aliases resolved to
@@ -54,17 +60,10 @@ VARTYPE pointeeType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
     if (!t) return VT_EMPTY;
     if (t->vt == VT_PTR) return objectType(info, *t);
     if (t->vt != VT_USERDEFINED) return t->vt;
-    ComPtr<ITypeInfo> ref;
-    if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put()))) return VT_EMPTY;
-    TYPEATTR* attr = nullptr;
-    if (FAILED(ref->GetTypeAttr(&attr))) return VT_EMPTY;
-    VARTYPE vt = VT_EMPTY;
-    if (attr->typekind == TKIND_ENUM)
-        vt = VT_I4;
-    else if (attr->typekind == TKIND_ALIAS)
-        vt = attr->tdescAlias.vt;
-    ref->ReleaseTypeAttr(attr);
-    return vt;
+    return ofReferencedType(info, t->hreftype, [](const TYPEATTR& attr) -> VARTYPE {
+        if (attr.typekind == TKIND_ENUM) return VT_I4;
+        return attr.typekind == TKIND_ALIAS ? attr.tdescAlias.vt : static_cast<VARTYPE>(VT_EMPTY);
+    });
 }
 
 // The types a completion stores values of (a reference points at the value's storage).
@@ -250,14 +249,10 @@ void CallArguments::finish(UINT position, UINT* argErr) noexcept {
     for (WriteBack& w : writeBacks_) {
         const VARIANT& now = *values_[w.value].get();
         if (sameValue(now, *w.before)) continue;
-        VARIANT* target = const_cast<VARIANT*>(&deref(*w.variable));
-        if (V_VT(target) & VT_BYREF) {
-            try {
-                assignToReference(*w.variable, now);
-            } catch (...) {
-            }
-        } else {
-            VariantCopy(target, const_cast<VARIANT*>(&now));
+        try {
+            writeBack(*w.variable, now);
+        } catch (...) {
+            // a value the variable cannot take leaves it as it was
         }
     }
     writeBacks_.clear();

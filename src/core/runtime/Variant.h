@@ -87,6 +87,11 @@ const VARIANT& deref(const VARIANT& v) noexcept;
 // The type of the value, ignoring VT_BYREF (so a reference to a Long is VT_I4).
 VARTYPE valueType(const VARIANT& v) noexcept;
 
+// A Boolean as the platform stores it (True is -1), and back from an optional one (an
+// omitted pointer is False).
+constexpr VARIANT_BOOL toVariantBool(bool b) noexcept { return b ? VARIANT_TRUE : VARIANT_FALSE; }
+inline bool isTrue(const VARIANT_BOOL* flag) noexcept { return flag && *flag != VARIANT_FALSE; }
+
 bool isMissing(const VARIANT& v) noexcept;   // an omitted optional argument
 bool isEmpty(const VARIANT& v) noexcept;
 bool isNull(const VARIANT& v) noexcept;
