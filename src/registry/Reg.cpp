@@ -292,11 +292,9 @@ void walkSubtree(long root, std::wstring_view path, Visit&& visit) {
 // ---- members ----
 
 HRESULT Reg::get_RegisterValue(BSTR NameTitle, BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] {
+    return deliver(value, [&] {
         const std::wstring path = settingsKey + std::wstring(viewOf(NameTitle));
-        *value = Bstr(toText(*goRegisterPath(readFlag, path, REG_SZ, nullptr))).detach();
+        return toText(*goRegisterPath(readFlag, path, REG_SZ, nullptr));
     });
 }
 
@@ -309,21 +307,15 @@ HRESULT Reg::put_RegisterValue(BSTR NameTitle, BSTR NewValue) {
 }
 
 HRESULT Reg::GoLngHKey(BSTR MyHKey, LONG* result) {
-    if (!result) return E_POINTER;
-    *result = rootFromName(viewOf(MyHKey));
-    return S_OK;
+    return deliver(result, [&] { return rootFromName(viewOf(MyHKey)); });
 }
 
 HRESULT Reg::GoStrHKey(Reg_Type MyHKey, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = Bstr(nameOfRoot(MyHKey)).detach(); });
+    return deliver(result, [&] { return nameOfRoot(MyHKey); });
 }
 
 HRESULT Reg::ValueDelete(BSTR SubKey, HKEY_Type Key, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] {
+    return deliver(result, [&] {
         const std::wstring_view text = viewOf(SubKey);
         long root = Key;
         std::wstring_view path, name;
@@ -331,7 +323,7 @@ HRESULT Reg::ValueDelete(BSTR SubKey, HKEY_Type Key, VARIANT_BOOL* result) {
         if (root == 0) {
             // No root given: the path names it ("HKEY_CURRENT_USER\key path\value").
             full = splitFullPath(text);
-            if (!full.valid) return;
+            if (!full.valid) return false;
             root = rootFromName(full.rootName);
             path = full.keyPath;
             name = full.valueName;
@@ -340,33 +332,24 @@ HRESULT Reg::ValueDelete(BSTR SubKey, HKEY_Type Key, VARIANT_BOOL* result) {
             if (last != std::wstring_view::npos) path = text.substr(0, last);
             name = last == std::wstring_view::npos ? text : text.substr(last + 1);
         }
-        if (root == 0) return;
-        *result = toVariantBool(deleteValue(root, ansi(path), ansi(name)));
+        return root != 0 && deleteValue(root, ansi(path), ansi(name));
     });
 }
 
 HRESULT Reg::CreateKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] { *result = toVariantBool(createKey(Key, ansi(viewOf(SubKey)))); });
+    return deliver(result, [&] { return createKey(Key, ansi(viewOf(SubKey))); });
 }
 
 HRESULT Reg::IsHasKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] { *result = toVariantBool(static_cast<bool>(open(Key, ansi(viewOf(SubKey)), queryAccess))); });
+    return deliver(result, [&] { return static_cast<bool>(open(Key, ansi(viewOf(SubKey)), queryAccess)); });
 }
 
 HRESULT Reg::GoRegisterWrite(BSTR SubKey, VARIANT* MyValue, Reg_Type nType, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { goRegisterPath(2, viewOf(SubKey), nType, MyValue).detachTo(result); });
+    return deliver(result, [&] { return goRegisterPath(2, viewOf(SubKey), nType, MyValue); });
 }
 
 HRESULT Reg::GoRegisterRead(BSTR SubKey, Reg_Type nType, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] { goRegisterPath(readFlag, viewOf(SubKey), nType, nullptr).detachTo(result); });
+    return deliver(result, [&] { return goRegisterPath(readFlag, viewOf(SubKey), nType, nullptr); });
 }
 
 HRESULT Reg::KeyDelete(BSTR SubKey, HKEY_Type Key) {
@@ -387,109 +370,84 @@ HRESULT Reg::KeyDelete(BSTR SubKey, HKEY_Type Key) {
 }
 
 HRESULT Reg::WriteString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sData, Reg_Type nType, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] { *result = toVariantBool(writeString(Key, viewOf(SubKey), viewOf(sName), viewOf(sData), nType)); });
+    return deliver(result, [&] { return writeString(Key, viewOf(SubKey), viewOf(sName), viewOf(sData), nType); });
 }
 
 HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         // Nothing that fails inside reaches the caller: the result is then "".
         std::wstring text;
         tryStatement([&] {
             const std::wstring_view fallback = sDefault ? viewOf(*sDefault) : std::wstring_view();
             text = readString(Key, viewOf(SubKey), viewOf(sName), fallback);
         });
-        *result = Bstr(text).detach();
+        return text;
     });
 }
 
 HRESULT Reg::WriteDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG lData, Reg_Type nType, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
     // Nothing that fails inside reaches the caller: the result is then False.
-    return guard([&] {
-        tryStatement([&] { *result = toVariantBool(writeDWord(Key, viewOf(SubKey), viewOf(sName), lData, nType)); });
+    return deliver(result, [&] {
+        bool written = false;
+        tryStatement([&] { written = writeDWord(Key, viewOf(SubKey), viewOf(sName), lData, nType); });
+        return written;
     });
 }
 
 HRESULT Reg::ReadDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG* lDefault, LONG* result) {
-    if (!result) return E_POINTER;
-    *result = 0;
-    return guard([&] { *result = readDWord(Key, viewOf(SubKey), viewOf(sName), lDefault ? *lDefault : 0); });
+    return deliver(result, [&] { return readDWord(Key, viewOf(SubKey), viewOf(sName), lDefault ? *lDefault : 0); });
 }
 
 HRESULT Reg::WriteBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR ByData, VARIANT* MyDataArr, Reg_Type nType,
                          VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] {
+    return deliver(result, [&] {
         const std::string bytes = binaryData(viewOf(ByData), MyDataArr);
-        *result = toVariantBool(writeBytes(Key, viewOf(SubKey), viewOf(sName), bytes, nType));
+        return writeBytes(Key, viewOf(SubKey), viewOf(sName), bytes, nType);
     });
 }
 
 HRESULT Reg::ReadBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, VARIANT_BOOL* GoGetText, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] {
-        readBinary(Key, viewOf(SubKey), viewOf(sName), isTrue(GoGetText)).detachTo(result);
-    });
+    return deliver(result, [&] { return readBinary(Key, viewOf(SubKey), viewOf(sName), isTrue(GoGetText)); });
 }
 
 HRESULT Reg::CountKey(HKEY_Type Key, BSTR SubKey, LONG* result) {
-    if (!result) return E_POINTER;
-    *result = 0;
-    return guard([&] { *result = countSubkeys(Key, ansi(viewOf(SubKey))); });
+    return deliver(result, [&] { return countSubkeys(Key, ansi(viewOf(SubKey))); });
 }
 
 HRESULT Reg::GoRegister(CallType Flag, Reg_Type nType, HKEY_Type HKey, BSTR SubKey, BSTR NameTitle, VARIANT* SetValue,
                         VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard(
-        [&] { goRegister(Flag, nType, HKey, viewOf(SubKey), viewOf(NameTitle), SetValue).detachTo(result); });
+    return deliver(result, [&] { return goRegister(Flag, nType, HKey, viewOf(SubKey), viewOf(NameTitle), SetValue); });
 }
 
 HRESULT Reg::ListKeys(HKEY_Type Key, BSTR SubKey, _cRegKeys** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = listKeys(Key, viewOf(SubKey)).detach(); });
+    return deliver(result, [&] { return listKeys(Key, viewOf(SubKey)); });
 }
 
 HRESULT Reg::ListValues(HKEY_Type Key, BSTR SubKey, _cRegValues** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = listValues(Key, viewOf(SubKey)).detach(); });
+    return deliver(result, [&] { return listValues(Key, viewOf(SubKey)); });
 }
 
 HRESULT Reg::GoEnumKey(HKEY_Type Key, BSTR SubKey, _cRegEnumKey** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         ComPtr<_cRegEnumKey> lists(RegEnumKeyList::create().get());
         walkSubtree(Key, viewOf(SubKey), [&](const std::wstring& relative, const std::wstring&, ComPtr<_cRegKeys>& keys) {
             Bstr name(relative);
             _cRegKeys* list = keys.get();
             check(lists->Add(&list, name.get()));
         });
-        *result = lists.detach();
+        return lists;
     });
 }
 
 HRESULT Reg::GoEnumValue(HKEY_Type Key, BSTR SubKey, _cRegEnumValue** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         ComPtr<_cRegEnumValue> lists(RegEnumValueList::create().get());
         walkSubtree(Key, viewOf(SubKey), [&](const std::wstring& relative, const std::wstring& full, ComPtr<_cRegKeys>& keys) {
             Bstr name(relative);
             ComPtr<_cRegValues> values = listValues(Key, full);
             check(lists->Add(keys.get(), values.get(), name.get()));
         });
-        *result = lists.detach();
+        return lists;
     });
 }
 

@@ -5,6 +5,7 @@
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/SafeArray.h"
+#include "core/runtime/Services.h"
 #include "core/runtime/Text.h"
 
 #include <algorithm>
@@ -329,7 +330,7 @@ HRESULT MyVaribleFunction::GoIsNull(VARIANT* MyDataVlaueNull, VARIANT ValueNull,
 HRESULT MyVaribleFunction::IsKey(short GetAsc, VARIANT_BOOL* result) {
     if (!result) return E_POINTER;
     // The top bit: the key is down now. The bit for "pressed since the last query" is ignored.
-    *result = toVariantBool(static_cast<unsigned short>(GetAsyncKeyState(GetAsc)) & 0x8000u);
+    *result = toVariantBool(static_cast<unsigned short>(service<KeyboardService>().asyncKeyState(GetAsc)) & 0x8000u);
     return S_OK;
 }
 

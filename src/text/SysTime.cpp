@@ -2,15 +2,11 @@
 
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
+#include "core/runtime/Services.h"
 
 #include <string>
 
 namespace vx {
-
-SystemClock& systemClock() noexcept {
-    static SystemClock clock;
-    return clock;
-}
 
 namespace {
 
@@ -18,7 +14,7 @@ namespace {
 // runtime rounds (half to even).
 int32_t secondsSinceMidnight() {
     SYSTEMTIME now{};
-    systemClock().getTime(&now);
+    service<ClockService>().getSystemTime(&now);
     const double seconds = now.wHour * 3600.0 + now.wMinute * 60.0 + now.wSecond + now.wMilliseconds / 1000.0;
     return roundToInt32(seconds);
 }
@@ -28,14 +24,14 @@ int32_t secondsSinceMidnight() {
 HRESULT SysTime::GetVarKeepTime(VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    systemClock().getTime(&kept_);
+    service<ClockService>().getSystemTime(&kept_);
     return S_OK;
 }
 
 HRESULT SysTime::SetVarNewTime(VARIANT* result) {
     if (!result) return E_POINTER;
     VariantInit(result);
-    systemClock().setTime(&kept_);  // a refused change is not an error
+    service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
     return S_OK;
 }
 
@@ -59,7 +55,7 @@ HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARI
     VariantInit(result);
     return guard([&] {
         SYSTEMTIME now{};
-        systemClock().getTime(&now);
+        service<ClockService>().getSystemTime(&now);
         SYSTEMTIME t = now;
         // An omitted or Null field keeps its present value; the others must be Integers.
         auto field = [](const VARIANT* arg, WORD& slot) {
@@ -75,7 +71,7 @@ HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARI
         field(wSecond, t.wSecond);
         field(wDayOfWeek, t.wDayOfWeek);
         field(wMilliseconds, t.wMilliseconds);
-        systemClock().setTime(&t);  // a refused change is not an error
+        service<ClockService>().setSystemTime(&t);  // a refused change is not an error
     });
 }
 

@@ -8,15 +8,6 @@
 
 namespace vx {
 
-// The clock Ds_SysTime reads and sets: the system's own. Tests may point these elsewhere
-// (and must put them back); the seconds-since-midnight clock of the countdown is read
-// through getTime too.
-struct SystemClock {
-    void(WINAPI* getTime)(LPSYSTEMTIME) = &::GetSystemTime;
-    BOOL(WINAPI* setTime)(const SYSTEMTIME*) = &::SetSystemTime;
-};
-SystemClock& systemClock() noexcept;
-
 class SysTime : public DispatchObject<SysTime, _Ds_SysTime> {
 public:
     static const CLSID& classId() noexcept { return CLSID_Ds_SysTime; }

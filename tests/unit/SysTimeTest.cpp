@@ -2,12 +2,14 @@
 // the countdown at any time of day. tests/host/systime.vbs runs against the system's own
 // clock, writing back only the time it just read.
 #include "core/runtime/Convert.h"
+#include "core/runtime/Services.h"
 #include "text/SysTime.h"
 
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
 #include <cstring>
+#include <optional>
 #include <vector>
 
 using namespace vx;
@@ -23,8 +25,8 @@ struct FakeClock {
     static SYSTEMTIME now;
     static std::vector<SYSTEMTIME> written;
     static BOOL accept;
-    static void WINAPI get(LPSYSTEMTIME t) { *t = now; }
-    static BOOL WINAPI set(const SYSTEMTIME* t) {
+    static void get(SYSTEMTIME* t) { *t = now; }
+    static BOOL set(const SYSTEMTIME* t) {
         written.push_back(*t);
         return accept;
     }
@@ -37,19 +39,17 @@ BOOL FakeClock::accept = TRUE;
 class UsingFakeClock : public ::testing::Test {
 protected:
     void SetUp() override {
-        saved_ = systemClock();
-        systemClock().getTime = &FakeClock::get;
-        systemClock().setTime = &FakeClock::set;
+        replaced_.emplace(ClockService{&FakeClock::get, &FakeClock::set});
         FakeClock::now = {2006, 8, 4, 3, 9, 5, 0, 250};
         FakeClock::written.clear();
         FakeClock::accept = TRUE;
     }
-    void TearDown() override { systemClock() = saved_; }
+    void TearDown() override { replaced_.reset(); }
 
     ComPtr<IDispatch> clock_ = vxtest::createObject(CLSID_Ds_SysTime);
 
 private:
-    SystemClock saved_;
+    std::optional<ReplaceService<ClockService>> replaced_;
 };
 
 Variant num(long n) { return Variant::fromLong(n); }

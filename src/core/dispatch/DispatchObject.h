@@ -9,6 +9,7 @@
 //       static const CLSID& classId() { return CLSID_Ds_ListCollection; }
 //       HRESULT STDMETHODCALLTYPE Clear() override { return guard([&] { ... }); }
 //   };
+#include "core/dispatch/Deliver.h"
 #include "core/dispatch/ErrorBoundary.h"
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
@@ -185,6 +186,17 @@ protected:
         return vx::guard(__uuidof(Interface), std::forward<F>(body));
     }
 
+    // Runs a member's body behind the error boundary and hands what it returns to the
+    // out parameter (see Deliver.h): the one shape of a member with a result.
+    template <class T, class F>
+    static HRESULT deliver(T* out, F&& body) noexcept {
+        return vx::deliver(__uuidof(Interface), out, std::forward<F>(body));
+    }
+    template <class T, class F>
+    static HRESULT deliver(T* out, T neutral, F&& body) noexcept {
+        return vx::deliver(__uuidof(Interface), out, neutral, std::forward<F>(body));
+    }
+
     // Accessors of properties that are plain fields.
     template <class T>
     static HRESULT giveField(const T& field, T* value) noexcept {
@@ -193,9 +205,7 @@ protected:
         return S_OK;
     }
     static HRESULT giveText(std::wstring_view text, BSTR* value) noexcept {
-        if (!value) return E_POINTER;
-        *value = nullptr;
-        return guard([&] { *value = Bstr(text).detach(); });
+        return deliver(value, [&] { return text; });
     }
     template <class Text>
     static HRESULT takeText(Text& field, BSTR value) noexcept {

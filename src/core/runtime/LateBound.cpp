@@ -1,6 +1,7 @@
 #include "core/runtime/LateBound.h"
 
 #include "core/runtime/Errors.h"
+#include "core/runtime/Services.h"
 
 #include <objbase.h>
 #include <dispex.h>
@@ -17,23 +18,18 @@ LateBound::LateBound(const VARIANT& v) {
 }
 
 LateBound LateBound::create(std::wstring_view progId) {
-    std::wstring id(progId);
-    CLSID clsid;
-    HRESULT hr = id.size() && id[0] == L'{' ? CLSIDFromString(id.c_str(), &clsid) : CLSIDFromProgID(id.c_str(), &clsid);
-    if (FAILED(hr)) raise(err::CannotCreateObject);
     ComPtr<IDispatch> d;
-    hr = CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
-                          reinterpret_cast<void**>(d.put()));
-    if (FAILED(hr)) raise(err::CannotCreateObject);
+    if (FAILED(service<BindingService>().createObject(std::wstring(progId), d.put())) || !d)
+        raise(err::CannotCreateObject);
     LateBound r;
     r.object_ = std::move(d);
     return r;
 }
 
 LateBound LateBound::bind(std::wstring_view moniker) {
-    std::wstring name(moniker);
     ComPtr<IDispatch> d;
-    check(CoGetObject(name.c_str(), nullptr, IID_IDispatch, reinterpret_cast<void**>(d.put())));
+    check(service<BindingService>().getObject(std::wstring(moniker), d.put()));
+    if (!d) raise(err::CannotCreateObject);
     LateBound r;
     r.object_ = std::move(d);
     return r;
