@@ -76,6 +76,16 @@ for my $block (@blocks) {
         $count++;
     }
 }
+# Every member once more, with its enumeration, for the test that holds these values
+# against the type library itself.
+print $fh "\n// Every member with its enumeration and value, as generated.\n",
+          "struct EnumerationMember {\n    const wchar_t* enumeration;\n    const wchar_t* member;\n    LONG value;\n};\n",
+          "inline constexpr EnumerationMember kEnumerationMembers[] = {\n";
+for my $block (@blocks) {
+    my ($name, $members) = @$block;
+    print $fh "    {L\"$name\", L\"$_->[0]\", static_cast<LONG>($_->[0])},\n" for @$members;
+}
+print $fh "};\n";
 print $fh "\n}  // namespace vx\n";
 close $fh;
 rename("$out.part", $out) or die "$out: $!\n";

@@ -1,5 +1,6 @@
 #include "registry/RegistryApi.h"
 
+#include "Vx_MainEnums.h"
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Buffer.h"
 
@@ -15,11 +16,11 @@ struct RootName {
     long root;
 };
 const RootName rootNames[] = {
-    {L"HKEY_CLASSES_ROOT", static_cast<long>(0x80000000u)},
-    {L"HKEY_CURRENT_USER", static_cast<long>(0x80000001u)},
-    {L"HKEY_LOCAL_MACHINE", static_cast<long>(0x80000002u)},
-    {L"HKEY_USERS", static_cast<long>(0x80000003u)},
-    {L"HKEY_CURRENT_CONFIG", static_cast<long>(0x80000005u)},
+    {L"HKEY_CLASSES_ROOT", CLASSES_ROOT},
+    {L"HKEY_CURRENT_USER", CURRENT_USER},
+    {L"HKEY_LOCAL_MACHINE", LOCAL_MACHINE},
+    {L"HKEY_USERS", USERS},
+    {L"HKEY_CURRENT_CONFIG", CURRENT_CONFIG},
 };
 
 // A path or name as a C string. Text with a NUL inside would silently name something
