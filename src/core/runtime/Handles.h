@@ -54,68 +54,31 @@ private:
     Handle h_ = Traits::invalid();
 };
 
-struct RegKeyTraits {
-    using Handle = HKEY;
+// A handle that is null when there is none, closed by Close.
+template <class H, auto Close>
+struct ClosedBy {
+    using Handle = H;
     static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { RegCloseKey(h); }
+    static void close(Handle h) noexcept { Close(h); }
 };
-struct KernelHandleTraits {
-    using Handle = HANDLE;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { CloseHandle(h); }
-};
-struct FileHandleTraits {
-    using Handle = HANDLE;
-    static Handle invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Handle h) noexcept { CloseHandle(h); }
-};
-struct GlobalMemoryTraits {
-    using Handle = HGLOBAL;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { GlobalFree(h); }
-};
-struct ModuleTraits {
-    using Handle = HMODULE;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { FreeLibrary(h); }
-};
-
-struct FindTraits {
+// A handle that is INVALID_HANDLE_VALUE when there is none, closed by Close.
+template <auto Close>
+struct ClosedUnlessInvalid {
     using Handle = HANDLE;
     static Handle invalid() noexcept { return INVALID_HANDLE_VALUE; }
-    static void close(Handle h) noexcept { FindClose(h); }
-};
-struct LocalMemoryTraits {
-    using Handle = HLOCAL;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { LocalFree(h); }
-};
-struct PrinterTraits {
-    using Handle = HANDLE;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { ClosePrinter(h); }
-};
-struct MixerTraits {
-    using Handle = HMIXER;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { mixerClose(h); }
-};
-struct NetBufferTraits {
-    using Handle = LPVOID;
-    static Handle invalid() noexcept { return nullptr; }
-    static void close(Handle h) noexcept { NetApiBufferFree(h); }
+    static void close(Handle h) noexcept { Close(h); }
 };
 
-using UniqueRegKey = UniqueHandle<RegKeyTraits>;
-using UniqueKernelHandle = UniqueHandle<KernelHandleTraits>;
-using UniqueFile = UniqueHandle<FileHandleTraits>;
-using UniqueFind = UniqueHandle<FindTraits>;              // FindFirstFile ... FindClose
-using UniqueGlobal = UniqueHandle<GlobalMemoryTraits>;
-using UniqueLocal = UniqueHandle<LocalMemoryTraits>;      // what the system allocated for the caller
-using UniqueModule = UniqueHandle<ModuleTraits>;
-using UniquePrinter = UniqueHandle<PrinterTraits>;        // OpenPrinter ... ClosePrinter
-using UniqueMixer = UniqueHandle<MixerTraits>;            // mixerOpen ... mixerClose
-using UniqueNetBuffer = UniqueHandle<NetBufferTraits>;    // a buffer the Net functions filled
+using UniqueRegKey = UniqueHandle<ClosedBy<HKEY, &RegCloseKey>>;
+using UniqueKernelHandle = UniqueHandle<ClosedBy<HANDLE, &CloseHandle>>;
+using UniqueFile = UniqueHandle<ClosedUnlessInvalid<&CloseHandle>>;
+using UniqueFind = UniqueHandle<ClosedUnlessInvalid<&FindClose>>;          // FindFirstFile ... FindClose
+using UniqueGlobal = UniqueHandle<ClosedBy<HGLOBAL, &GlobalFree>>;
+using UniqueLocal = UniqueHandle<ClosedBy<HLOCAL, &LocalFree>>;            // what the system allocated for the caller
+using UniqueModule = UniqueHandle<ClosedBy<HMODULE, &FreeLibrary>>;
+using UniquePrinter = UniqueHandle<ClosedBy<HANDLE, &ClosePrinter>>;       // OpenPrinter ... ClosePrinter
+using UniqueMixer = UniqueHandle<ClosedBy<HMIXER, &mixerClose>>;           // mixerOpen ... mixerClose
+using UniqueNetBuffer = UniqueHandle<ClosedBy<LPVOID, &NetApiBufferFree>>; // a buffer the Net functions filled
 
 // A window's device context, released to its window.
 class WindowDC {
