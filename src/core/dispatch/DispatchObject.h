@@ -14,7 +14,7 @@
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
 #include "core/runtime/Variant.h"
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 
 #include "core/runtime/Platform.h"
 
@@ -89,6 +89,8 @@ private:
 template <class Derived, class Interface>
 class DispatchObject : public Interface, public ISupportErrorInfo, public IProvideClassInfo {
 public:
+    using DefaultInterface = Interface;
+
     // A new object, held by the returned reference.
     template <class... Args>
     static ComPtr<Derived> create(Args&&... args) {
