@@ -4,6 +4,7 @@
 #include "core/dispatch/Defaults.h"
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
+#include "core/runtime/Handles.h"
 #include "core/runtime/SafeArray.h"
 #include "core/runtime/Text.h"
 #include "registry/RegEnumKey.h"
@@ -99,10 +100,9 @@ std::string bytesOfArray(const VARIANT& value) {
     bytes.reserve(static_cast<size_t>(high - low) + 1);
     const VARTYPE element = valueType(value) & ~VT_ARRAY;
     if (element == VT_UI1 || element == VT_I1) {
-        void* p = nullptr;
-        check(SafeArrayAccessData(view.get(), &p));
-        bytes.assign(static_cast<const char*>(p), static_cast<size_t>(high - low) + 1);
-        SafeArrayUnaccessData(view.get());
+        // Unlocked again however the copy ends: the host's array must not stay locked.
+        SafeArrayAccess data(view.get());
+        bytes.assign(data.as<const char>(), static_cast<size_t>(high - low) + 1);
         return bytes;
     }
     for (long i = low; i <= high; ++i) {

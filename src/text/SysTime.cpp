@@ -24,17 +24,17 @@ int32_t secondsSinceMidnight() {
 }  // namespace
 
 HRESULT SysTime::GetVarKeepTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().getSystemTime(&kept_);
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().getSystemTime(&kept_);
+        return Variant();
+    });
 }
 
 HRESULT SysTime::SetVarNewTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
+        return Variant();
+    });
 }
 
 HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* IsWantHour, VARIANT* result) {
@@ -43,9 +43,7 @@ HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* 
 
 HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARIANT* wDayOfWeek, VARIANT* wHour,
                             VARIANT* wMinute, VARIANT* wSecond, VARIANT* wMilliseconds, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] {
+    return deliver(result, [&] {
         SYSTEMTIME now{};
         service<ClockService>().getSystemTime(&now);
         SYSTEMTIME t = now;
@@ -64,6 +62,7 @@ HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARI
         field(wDayOfWeek, t.wDayOfWeek);
         field(wMilliseconds, t.wMilliseconds);
         service<ClockService>().setSystemTime(&t);  // a refused change is not an error
+        return Variant();
     });
 }
 
