@@ -1,5 +1,6 @@
 #include "text/SysTime.h"
 
+#include "core/dispatch/Defaults.h"
 #include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
@@ -38,7 +39,10 @@ HRESULT SysTime::SetVarNewTime(VARIANT* result) {
 }
 
 HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* IsWantHour, VARIANT* result) {
-    return deliver(result, [&] { return Variant::fromText(systemTimeText(required(GetDateSys), isTrue(IsWantHour))); });
+    return deliver(result, [&] {
+        const bool withTime = argumentOr(IsWantHour, __uuidof(_Ds_SysTime), L"ConvertDateSystemTime", L"IsWantHour");
+        return Variant::fromText(systemTimeText(required(GetDateSys), withTime));
+    });
 }
 
 HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARIANT* wDayOfWeek, VARIANT* wHour,
