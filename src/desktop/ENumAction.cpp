@@ -216,19 +216,19 @@ HRESULT ENumAction::get_ParentClass(BSTR* value) {
 }
 
 HRESULT ENumAction::get_PostionRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetWindowRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
+    return guard([&] {
+        RECT r{};
+        GetWindowRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
+    });
 }
 
 HRESULT ENumAction::get_SizeRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetClientRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
+    return guard([&] {
+        RECT r{};
+        GetClientRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
+    });
 }
 
 HRESULT ENumAction::get_SubParent(_Ds_ENumAction** value) {
