@@ -27,7 +27,15 @@ function(vx_typelib idl name)
   set(out ${CMAKE_CURRENT_BINARY_DIR})
   get_filename_component(idl_dir ${idl} DIRECTORY)
   set(cpp ${CMAKE_C_COMPILER} -E -P -x c -I${idl_dir})
-  set(widl ${VX_WIDL_EXE} ${_vx_widl_arch} -I${VX_WINE_IDL_DIR} -L${VX_STDOLE_DIR})
+  set(widl ${VX_WIDL_EXE} ${_vx_widl_arch} -I${VX_WINE_IDL_DIR} -L${VX_STDOLE_DIR} -L${out})
+  # The type libraries of other components that the library imports (importlib), made
+  # from the SDK's IDL: MSXML 6's, for IXMLDOMNode.
+  add_custom_command(
+    OUTPUT ${out}/msxml6.tlb
+    COMMAND ${widl} -t -o ${out}/msxml6.tlb ${PROJECT_SOURCE_DIR}/cmake/msxml6-tlb.idl
+    DEPENDS ${PROJECT_SOURCE_DIR}/cmake/msxml6-tlb.idl
+    COMMENT "Imported type library msxml6 (widl)"
+    VERBATIM)
   add_custom_command(
     OUTPUT ${out}/${name}.tlb ${out}/${name}.h ${out}/${name}_i.c ${out}/${name}Enums.h
     COMMAND ${cpp} ${idl} -o ${out}/${name}.tlb.idl
@@ -41,7 +49,7 @@ function(vx_typelib idl name)
     COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
     COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
     COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl ${out}/${name}.tlb.idl ${out}/${name}Enums.h
-    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl
+    DEPENDS ${idl} ${ARG_DEPENDS} ${out}/msxml6.tlb ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl
     COMMENT "Type library ${name} (widl)"
     VERBATIM)
 endfunction()

@@ -14,6 +14,7 @@ constexpr int InvalidCall = 5;          // Invalid procedure call or argument
 constexpr int Overflow = 6;
 constexpr int OutOfMemory = 7;
 constexpr int SubscriptOutOfRange = 9;
+constexpr int ArrayLocked = 10;         // This array is fixed or temporarily locked
 constexpr int DivisionByZero = 11;
 constexpr int TypeMismatch = 13;
 constexpr int InternalError = 51;

@@ -53,18 +53,31 @@ void LateBound::putRef(std::wstring_view name, const Variant& value) const {
     invoke(name, DISPATCH_PROPERTYPUTREF, args);
 }
 
-Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const {
-    if (!object_) raise(err::ObjectNotSet);
-    std::wstring n(name);
-    LPOLESTR names[1] = {&n[0]};
-    DISPID id = DISPID_UNKNOWN;
-    if (FAILED(object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
+bool LateBound::findId(std::wstring_view name, DISPID& id) const noexcept {
+    if (!object_) return false;
+    try {
+        std::wstring n(name);
+        LPOLESTR names[1] = {&n[0]};
+        if (SUCCEEDED(object_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) return true;
         // Script objects (a script's own class instances) may name their members only
         // through IDispatchEx.
         ComPtr<IDispatchEx> ex = object_.query<IDispatchEx>();
         Bstr bname(name);
-        if (!ex || FAILED(ex->GetDispID(bname.get(), fdexNameCaseInsensitive, &id))) raise(err::NotSupported);
+        return ex && SUCCEEDED(ex->GetDispID(bname.get(), fdexNameCaseInsensitive, &id));
+    } catch (...) {
+        return false;
     }
+}
+
+bool LateBound::has(std::wstring_view name) const noexcept {
+    DISPID id = DISPID_UNKNOWN;
+    return findId(name, id);
+}
+
+Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const {
+    if (!object_) raise(err::ObjectNotSet);
+    DISPID id = DISPID_UNKNOWN;
+    if (!findId(name, id)) raise(err::NotSupported);
     return invoke(object_.get(), id, flags, args);
 }
 

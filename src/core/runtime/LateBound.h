@@ -35,11 +35,16 @@ public:
     void put(std::wstring_view name, const Variant& value) const;
     void putRef(std::wstring_view name, const Variant& value) const;
 
+    // Whether the object has a member of this name: it is only asked for the name.
+    bool has(std::wstring_view name) const noexcept;
+
     // Arguments are in call order; by-reference arguments (VT_BYREF) write back.
     Variant invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const;
     static Variant invoke(IDispatch* object, DISPID id, WORD flags, std::vector<Variant>& args);
 
 private:
+    bool findId(std::wstring_view name, DISPID& id) const noexcept;
+
     ComPtr<IDispatch> object_;
 };
 

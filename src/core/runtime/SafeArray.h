@@ -14,6 +14,8 @@ public:
     // The array itself, or null for an unallocated dynamic array.
     SAFEARRAY* get() const noexcept { return sa_; }
     long dimensions() const noexcept;
+    // The type of the elements (VT_VARIANT for an array of Variants).
+    VARTYPE elementType() const noexcept { return elementType_; }
     // Bounds of dimension dim (1-based, as LBound and UBound take it); error 9 when out of range.
     long lbound(long dim = 1) const;
     long ubound(long dim = 1) const;

@@ -18,6 +18,7 @@
 #include "text/Calendar.h"
 #include "text/MyVaribleFunction.h"
 #include "text/SysTime.h"
+#include "text/XML.h"
 
 #include <iterator>
 
@@ -40,6 +41,7 @@ const ClassEntry roster[] = {
     classLine<Calendar>(),
     classLine<AlphaMoney>(),
     classLine<MyVaribleFunction>(),
+    classLine<XML>(),
     classLine<SysTime>(),
     classLine<EnumChid>(),
     classLine<ENumAction>(),
