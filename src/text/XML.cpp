@@ -348,6 +348,11 @@ HRESULT XML::AddNode(VARIANT Parent, BSTR Name, VARIANT Text, Falg_SetNodeItem I
         if (!isMissing(text)) content = toText(text);
         ComPtr<IXMLDOMNode> parent = nodeOf(Parent, kItemNone);
         if (!parent) return nullptr;
+        // A document has one root element.
+        if (ComPtr<IXMLDOMDocument> document = queryAs<IXMLDOMDocument>(parent.get(), IID_IXMLDOMDocument)) {
+            ComPtr<IXMLDOMElement> root;
+            if (document->get_documentElement(root.put()) == S_OK && root) return nullptr;
+        }
         // The element is made by the parent's own document.
         ComPtr<IXMLDOMDocument> owner;
         parent->get_ownerDocument(owner.put());
