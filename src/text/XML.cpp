@@ -88,6 +88,23 @@ std::wstring fullPath(const std::wstring& name) {
 
 Variant textValue(std::wstring_view text) { return Variant::fromText(text); }
 
+// A name XML allows for an element or an attribute: a letter, "_" or ":" first, then
+// letters, digits, marks, ".", "-", "_", ":" and the middle dot. (Checked here, so that
+// every DOM version refuses the same names.)
+bool isXmlName(std::wstring_view name) {
+    if (name.empty()) return false;
+    for (size_t i = 0; i < name.size(); ++i) {
+        const wchar_t c = name[i];
+        WORD type1 = 0, type3 = 0;
+        GetStringTypeW(CT_CTYPE1, &c, 1, &type1);
+        GetStringTypeW(CT_CTYPE3, &c, 1, &type3);
+        const bool letter = c == L'_' || c == L':' || ((type1 & C1_ALPHA) && c != 0xD7 && c != 0xF7);
+        const bool follower = (type1 & C1_DIGIT) || (type3 & C3_NONSPACING) || c == L'.' || c == L'-' || c == 0xB7;
+        if (!(letter || (i > 0 && follower)) || (c >= 0xD800 && c <= 0xDFFF)) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 // ---- the DOM ----
@@ -323,7 +340,7 @@ HRESULT XML::GetAttribute(VARIANT Node, BSTR Name, VARIANT* result) {
 HRESULT XML::SetAttribute(VARIANT Node, BSTR Name, BSTR Value, VARIANT_BOOL* result) {
     return deliver(result, [&] {
         ComPtr<IXMLDOMElement> element = queryAs<IXMLDOMElement>(nodeOf(Node, kItemNone).get(), IID_IXMLDOMElement);
-        if (!element) return false;
+        if (!element || !isXmlName(viewOf(Name))) return false;
         Variant value = Variant::fromText(viewOf(Value));
         return element->setAttribute(Bstr(viewOf(Name)).get(), *value) == S_OK;
     });
@@ -334,8 +351,8 @@ HRESULT XML::RemoveAttribute(VARIANT Node, BSTR Name, VARIANT_BOOL* result) {
         ComPtr<IXMLDOMElement> element = queryAs<IXMLDOMElement>(nodeOf(Node, kItemNone).get(), IID_IXMLDOMElement);
         if (!element) return false;
         const Bstr name(viewOf(Name));
-        ComPtr<IXMLDOMAttribute> attribute;
-        if (element->getAttributeNode(name.get(), attribute.put()) != S_OK || !attribute) return false;
+        Variant value;
+        if (element->getAttribute(name.get(), value.put()) != S_OK || !isText(*value)) return false;
         return element->removeAttribute(name.get()) == S_OK;
     });
 }
@@ -347,7 +364,7 @@ HRESULT XML::AddNode(VARIANT Parent, BSTR Name, VARIANT Text, Falg_SetNodeItem I
         std::optional<std::wstring> content;
         if (!isMissing(text)) content = toText(text);
         ComPtr<IXMLDOMNode> parent = nodeOf(Parent, kItemNone);
-        if (!parent) return nullptr;
+        if (!parent || !isXmlName(viewOf(Name))) return nullptr;
         // A document has one root element.
         if (ComPtr<IXMLDOMDocument> document = queryAs<IXMLDOMDocument>(parent.get(), IID_IXMLDOMDocument)) {
             ComPtr<IXMLDOMElement> root;
