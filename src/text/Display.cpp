@@ -1,6 +1,7 @@
 #include "text/Display.h"
 
 #include "core/runtime/Errors.h"
+#include "core/runtime/FilePaths.h"
 
 #include <vector>
 
@@ -41,12 +42,8 @@ bool setWallpaper(std::wstring_view fileName, bool save, std::wstring& previous)
 
     std::wstring path;
     if (!fileName.empty()) {
-        const std::wstring name(fileName);
-        if (name.find(L'\0') != std::wstring::npos) return false;
-        const DWORD size = GetFullPathNameW(name.c_str(), 0, nullptr, nullptr);
-        if (!size) return false;
-        path.assign(size, L'\0');
-        path.resize(GetFullPathNameW(name.c_str(), size, &path[0], nullptr));
+        if (fileName.find(L'\0') != std::wstring_view::npos) return false;
+        path = fullPathName(fileName);
         const DWORD attributes = GetFileAttributesW(path.c_str());
         if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY)) return false;
     }

@@ -2,6 +2,7 @@
 
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
+#include "core/runtime/FilePaths.h"
 #include "core/runtime/LateBound.h"
 #include "core/runtime/SafeArray.h"
 #include "core/runtime/Services.h"
@@ -75,15 +76,6 @@ std::wstring reasonOf(HRESULT hr) {
 std::wstring withoutTrailingBreaks(std::wstring text) {
     while (!text.empty() && (text.back() == L'\r' || text.back() == L'\n' || text.back() == L' ')) text.pop_back();
     return text;
-}
-
-std::wstring fullPath(const std::wstring& name) {
-    if (name.empty() || name.find(L'\0') != std::wstring::npos) return name;
-    const DWORD size = GetFullPathNameW(name.c_str(), 0, nullptr, nullptr);
-    if (!size) return name;
-    std::wstring path(size, L'\0');
-    path.resize(GetFullPathNameW(name.c_str(), size, &path[0], nullptr));
-    return path;
 }
 
 Variant textValue(std::wstring_view text) { return Variant::fromText(text); }
@@ -193,27 +185,26 @@ ComPtr<IXMLDOMNode> XML::contextOf(const VARIANT& context) {
     return node;
 }
 
+bool XML::queried(HRESULT hr, std::wstring_view xpath) {
+    if (FAILED(hr)) {
+        fail(Failure{hr, reasonOf(hr)}, xpath);
+        return false;
+    }
+    failure_ = Failure{};
+    return true;
+}
+
 ComPtr<IXMLDOMNode> XML::selectOne(std::wstring_view xpath, IXMLDOMNode* from) {
     ComPtr<IXMLDOMNode> found;
     SetErrorInfo(0, nullptr);
-    const HRESULT hr = from->selectSingleNode(Bstr(xpath).get(), found.put());
-    if (FAILED(hr)) {
-        fail(Failure{hr, reasonOf(hr)}, xpath);
-        return nullptr;
-    }
-    failure_ = Failure{};
+    if (!queried(from->selectSingleNode(Bstr(xpath).get(), found.put()), xpath)) return nullptr;
     return found;
 }
 
 ComPtr<IXMLDOMNodeList> XML::selectAll(std::wstring_view xpath, IXMLDOMNode* from) {
     ComPtr<IXMLDOMNodeList> found;
     SetErrorInfo(0, nullptr);
-    const HRESULT hr = from->selectNodes(Bstr(xpath).get(), found.put());
-    if (FAILED(hr)) {
-        fail(Failure{hr, reasonOf(hr)}, xpath);
-        return nullptr;
-    }
-    failure_ = Failure{};
+    if (!queried(from->selectNodes(Bstr(xpath).get(), found.put()), xpath)) return nullptr;
     return found;
 }
 
@@ -246,7 +237,7 @@ HRESULT XML::put_ShowErrNodeSelect(VARIANT_BOOL value) {
 }
 
 HRESULT XML::LoadFile(BSTR FileName, VARIANT_BOOL* result) {
-    return deliver(result, [&] { return load(fullPath(std::wstring(viewOf(FileName))), false); });
+    return deliver(result, [&] { return load(fullPathName(viewOf(FileName)), false); });
 }
 
 HRESULT XML::LoadURL(BSTR URL, VARIANT_BOOL* result) {
@@ -260,7 +251,7 @@ HRESULT XML::LoadXML(BSTR XMLText, VARIANT_BOOL* result) {
 HRESULT XML::SaveFile(BSTR FileName, VARIANT_BOOL* result) {
     return deliver(result, [&] {
         IXMLDOMDocument* document = dom();
-        Variant where = Variant::fromText(fullPath(std::wstring(viewOf(FileName))));
+        Variant where = Variant::fromText(fullPathName(viewOf(FileName)));
         return SUCCEEDED(document->save(*where));
     });
 }

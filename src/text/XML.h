@@ -55,6 +55,7 @@ private:
     ComPtr<IXMLDOMNode> documentNode();
     bool load(const std::wstring& source, bool isText);
     ComPtr<IXMLDOMNode> contextOf(const VARIANT& context);
+    bool queried(HRESULT hr, std::wstring_view xpath);
     ComPtr<IXMLDOMNode> selectOne(std::wstring_view xpath, IXMLDOMNode* from);
     ComPtr<IXMLDOMNodeList> selectAll(std::wstring_view xpath, IXMLDOMNode* from);
     ComPtr<IXMLDOMNode> nodeOf(const VARIANT& node, LONG item);
