@@ -142,6 +142,31 @@ Loop
 Show "ran out after", FormatNumber(Abs(Timer - started), 1) & " seconds (" & polls & " polls)"
 WScript.Echo ""
 
+' ---- Sorting, words and an XML document ----
+WScript.Echo "Ds_MyVaribleFunction: sorting, words, durations; Ds_XML: an XML document"
+Dim list, word, doc, item
+list = Array("pear", 12, "Apple", 3.5, "banana")
+tools.SetSort list                                           ' numbers first, texts ignoring case
+Show "sorted", list(0) & ", " & list(1) & ", " & list(2) & ", " & list(3) & ", " & list(4)
+tools.GAdd list, "cherry"
+Show "appended, then counted", tools.CountArray(list) & " elements"
+Show "words", UBound(tools.SplitParagraphWord("Hello, world! Well-known words, counted.")) + 1
+Show "most repeated", tools.GetReapetWord("the cat and the hat and the bat", word) & " (" & word & " times)"
+Show "whole words replaced", tools.GoFindPaste("cat, catalog, Cat", "cat", "dog", True)
+Show "hours worked", tools.GetTotalTime(Array("7:45", "8:30", "9:15:30"))
+Show "a valid file name?", tools.IsLegalCharacter("report?.txt")
+Set doc = CreateObject("Vx_Main.Ds_XML")
+doc.LoadXML "<shop><item price='2'>tea</item><item price='3'>milk</item></shop>"
+doc.AddNode "/shop", "item", "bread"
+doc.SetAttribute "/shop/item[3]", "price", "1"
+Show "items", doc.CountNodes("//item") & ", the cheapest by XPath: " & doc.GetNodeText("//item[@price = 1]")
+For Each item In doc.SelectNodes("//item")
+    Show "  item", item.text & " at " & doc.GetAttribute(item, "price")
+Next
+Show "malformed XML", doc.LoadXML("<shop><item></shop>") & " (" & doc.ErrorReason & ")"
+Show "the DOM in use", doc.DOMVersion
+WScript.Echo ""
+
 ' ---- Driving another program's windows ----
 WScript.Echo "Ds_EnumChid: find notepad by its window path, type into it, close it"
 Dim finder, shell, pad, padEdit, chain, k

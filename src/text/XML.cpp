@@ -136,9 +136,14 @@ void XML::fail(Failure failure, std::wstring_view where) {
 
 bool XML::load(const std::wstring& source, bool isText) {
     IXMLDOMDocument* document = dom();
+    SetErrorInfo(0, nullptr);
+    if (!isText && source.find(L'\0') != std::wstring::npos) {
+        // A name holding a NUL names no file: nothing is read in its stead.
+        fail(Failure{E_INVALIDARG, reasonOf(E_INVALIDARG)}, source);
+        return false;
+    }
     VARIANT_BOOL loaded = VARIANT_FALSE;
     Bstr text(source);
-    SetErrorInfo(0, nullptr);
     HRESULT hr;
     if (isText) {
         hr = document->loadXML(text.get(), &loaded);
@@ -251,6 +256,7 @@ HRESULT XML::LoadXML(BSTR XMLText, VARIANT_BOOL* result) {
 HRESULT XML::SaveFile(BSTR FileName, VARIANT_BOOL* result) {
     return deliver(result, [&] {
         IXMLDOMDocument* document = dom();
+        if (viewOf(FileName).find(L'\0') != std::wstring_view::npos) return false;
         Variant where = Variant::fromText(fullPathName(viewOf(FileName)));
         return SUCCEEDED(document->save(*where));
     });

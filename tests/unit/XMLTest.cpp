@@ -260,3 +260,22 @@ TEST(TypeLibrary, XmlNodesAreMsxml6sAndNewMembersHaveHelp) {
     EXPECT_EQ(helpless(IID__Ds_XML, 0), std::vector<std::wstring>{});
     EXPECT_EQ(helpless(IID__Ds_MyVaribleFunction, 0x60030007), std::vector<std::wstring>{});
 }
+
+TEST(XML, NamesHoldingANulNameNoFile) {
+    // The system would read such a name only up to the NUL: neither written nor read.
+    wchar_t folder[MAX_PATH], current[MAX_PATH];
+    GetTempPathW(MAX_PATH, folder);
+    GetCurrentDirectoryW(MAX_PATH, current);
+    SetCurrentDirectoryW(folder);
+    DeleteFileW(L"vxnul");
+    auto x = vxtest::createObject(CLSID_Ds_XML);
+    ASSERT_TRUE(toBool(*call(x.get(), L"LoadXML", {text(L"<a/>")}).value));
+    const Variant name = Variant::fromText(std::wstring(L"vxnul\0.xml", 10));
+    EXPECT_FALSE(toBool(*call(x.get(), L"SaveFile", {name}).value));
+    EXPECT_EQ(GetFileAttributesW(L"vxnul"), INVALID_FILE_ATTRIBUTES);
+    ASSERT_TRUE(toBool(*call(x.get(), L"SaveFile", {text(L"vxnul")}).value));
+    EXPECT_FALSE(toBool(*call(x.get(), L"LoadFile", {name}).value));
+    EXPECT_NE(vxtest::longOf(vxtest::get(x.get(), L"ErrorCode").value), 0);
+    DeleteFileW(L"vxnul");
+    SetCurrentDirectoryW(current);
+}
