@@ -13,6 +13,7 @@ namespace vx {
 namespace {
 
 constexpr UINT kBmGetCheck = 240, kBmSetCheck = 241, kBmClick = 245;
+constexpr LONG kSendMessage = 1;  // F_SendMessage
 enum Edge { kLeft, kTop, kWidth, kHeight };
 
 Vx_RECT toRecord(const RECT& r) { return Vx_RECT{r.left, r.top, r.right, r.bottom}; }
@@ -76,6 +77,13 @@ HRESULT ENumAction::get_ClickCheckBox(Flag_TypeSend SendMy, VARIANT_BOOL* value)
     if (!value) return E_POINTER;
     *value = VARIANT_FALSE;
     return guard([&] {
+        if (SendMy == kSendMessage) {
+            // A read: a window that does not answer reads as unchecked instead of hanging the caller.
+            LRESULT state = 0;
+            window::sendToRead(toHwnd(handle_), kBmGetCheck, 0, 0, state);
+            *value = toVariantBool(static_cast<LONG>(state) != 0);
+            return;
+        }
         Variant state;
         check(finder()->ActionSend(handle_, kBmGetCheck, 0, *Variant::fromLong(0), SendMy, state.put()));
         *value = toVariantBool(toBool(*state));
