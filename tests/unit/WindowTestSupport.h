@@ -26,13 +26,9 @@ inline void pumpOnce() {
     SwitchToThread();
 }
 
-inline void pump(int looks) {
-    for (int i = 0; i < looks; ++i) pumpOnce();
-}
-
 // Pumps until done() holds; false when it never did.
-inline bool pumpUntil(const std::function<bool()>& done, long looks = kPatience) {
-    for (long i = 0; i < looks; ++i) {
+inline bool pumpUntil(const std::function<bool()>& done) {
+    for (long i = 0; i < kPatience; ++i) {
         if (done()) return true;
         pumpOnce();
     }
