@@ -81,8 +81,8 @@ std::vector<BYTE> recordBuffer(const EnumerationCall& call, size_t recordSize, D
 // A text a record points to, from the ANSI code page ("" for a null pointer).
 std::wstring textAt(const char* text);
 
-// The drivers installed for a server ("" the local computer) and an environment, as
-// names, trimmed, in the spooler's order.
+// The drivers installed for a server ("" the local computer) and an environment ("" the
+// system's own), as names, trimmed, in the spooler's order.
 std::vector<std::wstring> installedDrivers(std::wstring_view server, std::wstring_view environment);
 
 // The name of the default printer; "" when there is none.
