@@ -173,4 +173,26 @@ Next
 Show "notepad closed", finder.GetFindHandle("Untitled - Notepad") = 0
 WScript.Echo ""
 
+' ---- Printers ----
+WScript.Echo "Ds_Printer: the printers, the default printer, the drivers a new printer would try"
+Dim printers, drivers, printerName, printerNames, defaultDevice
+Set printers = CreateObject("Vx_Main.Ds_Printer")
+printerNames = ""
+For Each printerName In printers.EnumPrintersConst
+    printerNames = printerNames & " """ & printerName & """"
+Next
+Show "local printers", UBound(printers.EnumPrintersConst) + 1 & printerNames
+Show "the default printer", """" & printers.DefaultPrint & """"
+Set defaultDevice = printers.GetPrinter
+If defaultDevice Is Nothing Then
+    Show "GetPrinter", "Nothing (no default printer)"
+Else
+    Show "GetPrinter", defaultDevice.DeviceName & " on " & defaultDevice.Port & ", driver " & defaultDevice.DriverName
+End If
+Set drivers = CreateObject("Vx_Main.Ds_ListCollection")
+Show "drivers AddXpPrint tries, in order", printers.EnumPrintServerDrivers(drivers)
+Show "first and last", drivers.Item(1).ValueA & " ... " & drivers.Item(drivers.Count).ValueA
+Show "text at address 0 (not memory)", """" & printers.StringFromPointer(0, 100) & """"
+WScript.Echo ""
+
 WScript.Echo "End of tour."

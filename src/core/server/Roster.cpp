@@ -7,6 +7,9 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "printing/PrintJob.h"
+#include "printing/PrintJobs.h"
+#include "printing/Printer.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -30,6 +33,9 @@ namespace {
 const ClassEntry roster[] = {
     classLine<DataCollection>(),
     classLine<ListCollection>(),
+    classLine<PrintJobs>(),
+    classLine<PrintJob>(),
+    classLine<Printer>(),
     classLine<Reg>(),
     classLine<RegKey>(),
     classLine<RegKeys>(),
