@@ -7,6 +7,9 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -44,6 +47,9 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
 };
 
 }  // namespace
