@@ -16,9 +16,10 @@ namespace {
 constexpr std::wstring_view kWmiMoniker = L"winmgmts:{impersonationLevel=impersonate}!//";
 
 // A memory figure as its text: rounded to two decimals, written as the runtime writes a
-// number (with the user's decimal separator).
+// number (with the user's decimal separator). An argument left out gets nothing.
 void giveFigure(VARIANT* variable, double figure) {
-    if (variable) writeBack(*variable, *Variant::fromText(toText(*Variant::fromDouble(std::nearbyint(figure * 100.0) / 100.0))));
+    if (!variable || isMissing(*variable)) return;
+    writeBack(*variable, *Variant::fromText(toText(*Variant::fromDouble(std::nearbyint(figure * 100.0) / 100.0))));
 }
 
 }  // namespace
