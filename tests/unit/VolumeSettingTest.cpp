@@ -30,7 +30,8 @@ struct FakeMixer {
     std::map<DWORD, LONG> values;
     std::vector<std::pair<DWORD, DWORD>> lookups;
     std::vector<HMIXEROBJ> named;  // the mixer each value call named
-    MMRESULT setResult = MMSYSERR_NOERROR;
+    UINT devices = 1;
+    MMRESULT openResult = MMSYSERR_NOERROR, setResult = MMSYSERR_NOERROR;
 
     MIXERCONTROLA& add(DWORD component, DWORD type, DWORD id, LONG minimum, LONG maximum) {
         MIXERCONTROLA& c = controls[{component, type}] = MIXERCONTROLA{};
@@ -44,8 +45,8 @@ struct FakeMixer {
 
     MixerService table() {
         MixerService s = service<MixerService>();
-        s.deviceCount = [] { return 1u; };
-        s.open = [](HMIXER* mixer, UINT) { return *mixer = reinterpret_cast<HMIXER>(0x71), MMRESULT(MMSYSERR_NOERROR); };
+        s.deviceCount = [this] { return devices; };
+        s.open = [this](HMIXER* mixer, UINT) { return *mixer = reinterpret_cast<HMIXER>(0x71), openResult; };
         s.close = [](HMIXER) { return MMRESULT(MMSYSERR_NOERROR); };
         // The line of a component type is the component type itself.
         s.getLineInfo = [](HMIXEROBJ, MIXERLINEA* line, DWORD) { return line->dwLineID = line->dwComponentType, MMRESULT(0); };
@@ -131,6 +132,24 @@ TEST_F(UsingFakeMixer, TheFirstCallLooksUpFourteenControlsInOrderIntoTheirSlots)
     for (DWORD type : {kVolume, kMute})
         for (DWORD line : {kSpeakers, 0x1002ul, 0x1009ul, 0x1005ul, 0x1004ul, 0x1008ul, 0x1003ul}) expected.emplace_back(line, type);
     EXPECT_EQ(mixer.lookups, expected);
+}
+
+TEST_F(UsingFakeMixer, AMissingControlIsNeverAskedAndARefusedMixerOpensNothing) {
+    // Control 0 exists (the speakers' volume, as on Wine's mixer): the empty slots of the
+    // lines and mutes missing, whose identifier is 0 too, must not reach it.
+    mixer.add(kSpeakers, kVolume, 0, 0, 65535);
+    mixer.values[0] = 65535;
+    auto v = vxtest::createObject(CLSID_Ds_VolumeSetting);
+    Variant line = Variant::fromLong(LINEIN);
+    EXPECT_EQ(V_BOOL(call(v.get(), L"GetMute", {Variant::fromLong(SPEAKER_MUTE)}).value.get()), VARIANT_FALSE);
+    EXPECT_EQ(vxtest::longOf(call(v.get(), L"SetVolume", {vxtest::byRef(line), Variant::fromLong(50)}).value), 0);
+    EXPECT_EQ(V_BOOL(call(v.get(), L"SetMute", {Variant::fromLong(LINEIN_MUTE), Variant::fromBool(true)}).value.get()), VARIANT_FALSE);
+    EXPECT_TRUE(mixer.named.empty());
+    EXPECT_EQ(mixer.values[0], 65535);
+    mixer.openResult = MMSYSERR_ALLOCATED;
+    EXPECT_EQ(vxtest::longOf(call(v.get(), L"OpenMixer", {Variant::fromLong(0)}).value), 0);
+    mixer.devices = 0;
+    EXPECT_EQ(vxtest::longOf(call(v.get(), L"OpenMixer", {Variant::fromLong(0)}).value), 0);
 }
 
 TEST_F(UsingFakeMixer, ValuesAreHundredthsOfTheMaximumInWholeStepsClamped) {
