@@ -10,6 +10,9 @@
 #include "printing/PrintJob.h"
 #include "printing/PrintJobs.h"
 #include "printing/Printer.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -50,6 +53,9 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
 };
 
 }  // namespace
