@@ -7,6 +7,8 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -44,6 +46,8 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
