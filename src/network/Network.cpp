@@ -39,10 +39,18 @@ std::wstring dotted(ULONG address) {
     return text ? fromAnsi(text) : std::wstring();
 }
 
+// A name or address as the system's calls take it. A NUL would end it early, and the
+// call would look up another name than the one asked for: such a text names nothing
+// (empty).
+std::string hostText(std::wstring_view text) {
+    if (text.find(L'\0') != std::wstring_view::npos) return std::string();
+    return toAnsi(text);
+}
+
 // A dotted IPv4 address, or INADDR_NONE.
 ULONG addressOf(std::wstring_view text) {
-    const std::string ansi = toAnsi(text);
-    return inet_addr(ansi.c_str());
+    const std::string ansi = hostText(text);
+    return ansi.empty() ? INADDR_NONE : inet_addr(ansi.c_str());
 }
 
 // An array of texts, indexed from 0, as a Variant.
@@ -439,8 +447,8 @@ HRESULT Network::GetIPAll(BSTR NameComputer, BSTR* result) {
 std::wstring Network::ipFromHostName(std::wstring_view name) {
     if (!startSockets()) return std::wstring();
     std::wstring ip;
-    const std::string host = toAnsi(name.empty() ? computerName() : std::wstring(name));
-    if (const hostent* entry = gethostbyname(host.c_str()))
+    const std::string host = hostText(name.empty() ? computerName() : std::wstring(name));
+    if (const hostent* entry = host.empty() ? nullptr : gethostbyname(host.c_str()))
         if (entry->h_addr_list && entry->h_addr_list[0]) {
             ULONG address = 0;
             std::memcpy(&address, entry->h_addr_list[0], sizeof address);
@@ -541,8 +549,8 @@ std::vector<ULONG> Network::resolve(std::wstring_view name) {
     const ULONG address = addressOf(host);
     if (address != INADDR_NONE || host == L"255.255.255.255") return {address};
     std::vector<ULONG> addresses;
-    const std::string ansi = toAnsi(host);
-    if (const hostent* entry = gethostbyname(ansi.c_str()))
+    const std::string ansi = hostText(host);
+    if (const hostent* entry = ansi.empty() ? nullptr : gethostbyname(ansi.c_str()))
         for (char** a = entry->h_addr_list; a && *a; ++a) {
             ULONG one = 0;
             std::memcpy(&one, *a, sizeof one);
@@ -636,8 +644,8 @@ HRESULT Network::GetIPListFromHostName(BSTR NameComputer, VARIANT* IPList, BSTR*
         ScopeExit stop{[&] { stopSockets(); }};
         const std::wstring name = viewOf(NameComputer).empty() ? computerName() : std::wstring(viewOf(NameComputer));
         std::vector<std::wstring> addresses;
-        const std::string ansi = toAnsi(name);
-        if (const hostent* entry = gethostbyname(ansi.c_str()))
+        const std::string ansi = hostText(name);
+        if (const hostent* entry = ansi.empty() ? nullptr : gethostbyname(ansi.c_str()))
             for (char** a = entry->h_addr_list; a && *a; ++a) {
                 ULONG one = 0;
                 std::memcpy(&one, *a, sizeof one);
@@ -690,7 +698,7 @@ HRESULT Network::GetServiceList(BSTR NameComputer, _Ds_ListCollection** result) 
         const std::wstring computer(viewOf(NameComputer));
         const std::string machine = toAnsi(computer);
         UniqueServiceHandle manager(
-            OpenSCManagerA(computer.empty() ? nullptr : machine.c_str(), nullptr, SC_MANAGER_ENUMERATE_SERVICE));
+            service<NetworkService>().openServiceManager(computer.empty() ? nullptr : machine.c_str()));
         std::string buffer(16384, '\0');
         DWORD count = 0;
         const bool listed = manager && growBuffer(buffer, 4u << 20, [&](std::string& b) {

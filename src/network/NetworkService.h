@@ -1,7 +1,7 @@
 #pragma once
 // The network calls Ds_Network makes, as one service (see core/runtime/Seams.h): the
 // socket layer's start and stop, the connectivity tests, ARP, the reachability test,
-// the server browser, the ICMP echo and the window enumeration that runs a host's
+// the server browser, the ICMP echo, the service manager and the window enumeration that runs a host's
 // callback. Each holds the system's own call; a test replaces the ones it must control.
 #include "core/runtime/Seams.h"
 
@@ -48,6 +48,10 @@ struct NetworkService {
             return ::IcmpSendEcho(icmp, dest, data, size, options, reply, replySize, timeout);
         };
     std::function<BOOL(HANDLE)> icmpClose = [](HANDLE icmp) { return ::IcmpCloseHandle(icmp); };
+    // OpenSCManagerA of a computer (null: this one), for listing services.
+    std::function<SC_HANDLE(const char*)> openServiceManager = [](const char* machine) {
+        return ::OpenSCManagerA(machine, nullptr, SC_MANAGER_ENUMERATE_SERVICE);
+    };
     // EnumWindows, which runs a host's callback procedure once per top-level window.
     std::function<BOOL(WNDENUMPROC, LPARAM)> enumWindows = [](WNDENUMPROC proc, LPARAM param) {
         return ::EnumWindows(proc, param);
