@@ -167,33 +167,6 @@ ComPtr<IRecordInfo> pingInfoRecord() {
     raise(err::InternalError);
 }
 
-// One echo reply as the library's record, copied field by field from the system's
-// layout (whose pointers, and so whose size, differ between 32-bit and 64-bit builds).
-// The data pointers are not kept: the reply buffer is gone when the member returns, and
-// Data carries the echoed bytes themselves.
-Vx_GetPingInfo recordOf(const ICMP_ECHO_REPLY& reply, const char* buffer, size_t size) {
-    Vx_GetPingInfo r{};
-    r.Address = static_cast<LONG>(reply.Address);
-    r.Status = static_cast<LONG>(reply.Status);
-    r.RoundTripTime = static_cast<LONG>(reply.RoundTripTime);
-    r.DataSize = reply.DataSize;
-    r.DataPointer = 0;
-    r.Options.Ttl = reply.Options.Ttl;
-    r.Options.Tos = reply.Options.Tos;
-    r.Options.Flags = reply.Options.Flags;
-    r.Options.OptionsSize = reply.Options.OptionsSize;
-    r.Options.OptionsData = 0;
-    // The echoed bytes, when they lie inside the reply buffer as they must.
-    const char* data = static_cast<const char*>(reply.Data);
-    if (data && data >= buffer && reply.DataSize <= size && data <= buffer + (size - reply.DataSize))
-    {
-        const std::wstring text = fromAnsi(std::string_view(data, reply.DataSize));
-        r.Data = SysAllocStringLen(text.c_str(), static_cast<UINT>(text.size()));
-        if (!r.Data) throw std::bad_alloc();
-    }
-    return r;
-}
-
 }  // namespace
 
 namespace network {
@@ -224,6 +197,33 @@ ULONG_PTR callbackAddress(LONG number) noexcept {
     const ULONG_PTR address = static_cast<ULONG>(number);
     return isExecutableCode(address) ? address : 0;
 #endif
+}
+
+// One echo reply as the library's record, copied field by field from the system's
+// layout (whose pointers, and so whose size, differ between 32-bit and 64-bit builds).
+// The data pointers are not kept: the reply buffer is gone when the member returns, and
+// Data carries the echoed bytes themselves.
+Vx_GetPingInfo pingRecord(const ICMP_ECHO_REPLY& reply, const char* buffer, size_t size) {
+    Vx_GetPingInfo r{};
+    r.Address = static_cast<LONG>(reply.Address);
+    r.Status = static_cast<LONG>(reply.Status);
+    r.RoundTripTime = static_cast<LONG>(reply.RoundTripTime);
+    r.DataSize = reply.DataSize;
+    r.DataPointer = 0;
+    r.Options.Ttl = reply.Options.Ttl;
+    r.Options.Tos = reply.Options.Tos;
+    r.Options.Flags = reply.Options.Flags;
+    r.Options.OptionsSize = reply.Options.OptionsSize;
+    r.Options.OptionsData = 0;
+    // The echoed bytes, when they lie inside the reply buffer as they must.
+    const char* data = static_cast<const char*>(reply.Data);
+    if (data && data >= buffer && reply.DataSize <= size && data <= buffer + (size - reply.DataSize))
+    {
+        const std::wstring text = fromAnsi(std::string_view(data, reply.DataSize));
+        r.Data = SysAllocStringLen(text.c_str(), static_cast<UINT>(text.size()));
+        if (!r.Data) throw std::bad_alloc();
+    }
+    return r;
 }
 
 std::wstring formatMac(const unsigned char* bytes, size_t count, std::wstring_view delimiter) {
@@ -603,7 +603,7 @@ HRESULT Network::GetPingIP(BSTR sAddress, VARIANT* PingDataList, LONG TimeOut, L
             if (answers > 0) {
                 ICMP_ECHO_REPLY first;
                 std::memcpy(&first, reply.data(), sizeof first);
-                info = recordOf(first, reply.data(), reply.size());
+                info = network::pingRecord(first, reply.data(), reply.size());
             } else {
                 info.Address = static_cast<LONG>(addresses.front());
                 const DWORD status = GetLastError();

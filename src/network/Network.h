@@ -7,6 +7,7 @@
 #include "core/dispatch/DispatchObject.h"
 #include "core/runtime/Variant.h"
 #include "network/EventSource.h"
+#include "network/NetworkService.h"
 
 #include <string>
 #include <vector>
@@ -27,6 +28,12 @@ ULONG_PTR callbackAddress(LONG number) noexcept;
 // The MAC text of six bytes: two upper-case hexadecimal digits a byte, the delimiter
 // between them ("00-1A-2B-3C-4D-5E"); "" unless there are exactly six bytes.
 std::wstring formatMac(const unsigned char* bytes, size_t count, std::wstring_view delimiter);
+
+// One echo reply (the system's layout, which differs between word sizes) as the
+// library's record, field by field; the reply lies in buffer (size bytes). Data holds
+// the echoed bytes as text when they lie inside the buffer; the pointer fields are 0.
+// The caller owns the record's Data.
+Vx_GetPingInfo pingRecord(const ICMP_ECHO_REPLY& reply, const char* buffer, size_t size);
 
 }  // namespace network
 
