@@ -18,6 +18,15 @@
 
 namespace vx {
 
+// An export of sensapi.dll, found when first asked for (not every toolchain has an
+// import library for it); null when the system lacks it.
+template <class F>
+F sensapiProc(const char* name) noexcept {
+    static const HMODULE module = LoadLibraryW(L"sensapi.dll");  // kept for the process's life
+    FARPROC proc = module ? GetProcAddress(module, name) : nullptr;
+    return reinterpret_cast<F>(reinterpret_cast<void (*)()>(proc));
+}
+
 struct NetworkService {
     // WSAStartup and WSACleanup.
     std::function<int(WORD, WSADATA*)> startup = [](WORD version, WSADATA* data) { return ::WSAStartup(version, data); };
@@ -25,14 +34,18 @@ struct NetworkService {
     // InternetGetConnectedState (flags out, non-zero when connected).
     std::function<BOOL(DWORD*)> connectedState = [](DWORD* flags) { return ::InternetGetConnectedState(flags, 0); };
     // IsNetworkAlive (flags out).
-    std::function<BOOL(DWORD*)> networkAlive = [](DWORD* flags) { return ::IsNetworkAlive(flags); };
+    std::function<BOOL(DWORD*)> networkAlive = [](DWORD* flags) {
+        static const auto alive = sensapiProc<BOOL(WINAPI*)(LPDWORD)>("IsNetworkAlive");
+        return alive ? alive(flags) : FALSE;
+    };
     // SendARP(destination, source, MAC buffer, its length in and out).
     std::function<DWORD(IPAddr, IPAddr, void*, ULONG*)> sendArp = [](IPAddr dest, IPAddr src, void* mac, ULONG* length) {
         return ::SendARP(dest, src, mac, length);
     };
     // IsDestinationReachableA(destination, QOC record).
     std::function<BOOL(const char*, QOCINFO*)> destinationReachable = [](const char* dest, QOCINFO* info) {
-        return ::IsDestinationReachableA(dest, info);
+        static const auto reachable = sensapiProc<BOOL(WINAPI*)(LPCSTR, LPQOCINFO)>("IsDestinationReachableA");
+        return reachable ? reachable(dest, info) : FALSE;
     };
     // NetServerEnum at level 100 (server, buffer out, entries read, entries in all, server
     // type, domain); the buffer is freed with NetApiBufferFree.
