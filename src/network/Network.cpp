@@ -128,7 +128,9 @@ std::wstring pingStatusText(ULONG status) {
     case IP_OPTION_TOO_BIG: return L"Option too big.";
     case IP_BAD_DESTINATION: return L"Bad destination.";
     case IP_GENERAL_FAILURE: return L"General failure.";
-    default: return L"Error " + numberText(status) + L".";
+    default:
+        if (status < IP_STATUS_BASE) return L"The echo could not be sent (" + numberText(status) + L").";
+        return L"Error " + numberText(status) + L".";
     }
 }
 
@@ -592,8 +594,8 @@ HRESULT Network::GetPingIP(BSTR sAddress, VARIANT* PingDataList, LONG TimeOut, L
         ComPtr<IRecordInfo> record = pingInfoRecord();
         std::vector<Variant> records;
         std::wstring report;
-        bool all = true;
-        for (LONG echo = 0; echo < EchoCount; ++echo) {
+        bool all = true, refused = false;
+        for (LONG echo = 0; echo < EchoCount && !refused; ++echo) {
             std::vector<char> reply(replySize, '\0');
             SetLastError(0);
             const DWORD answers = net.icmpEcho(icmp.get(), addresses.front(), request.data(),
@@ -608,6 +610,9 @@ HRESULT Network::GetPingIP(BSTR sAddress, VARIANT* PingDataList, LONG TimeOut, L
                 info.Address = static_cast<LONG>(addresses.front());
                 const DWORD status = GetLastError();
                 info.Status = static_cast<LONG>(status ? status : IP_GENERAL_FAILURE);
+                // A system error rather than an echo status (those start at 11000): the
+                // echo was not sent at all, and no further one would be.
+                refused = status != 0 && status < IP_STATUS_BASE;
             }
             Bstr data = Bstr::adopt(info.Data);
             info.Data = nullptr;
@@ -634,6 +639,10 @@ HRESULT Network::GetPingIP(BSTR sAddress, VARIANT* PingDataList, LONG TimeOut, L
         }
         giveBack(PingDataList, makeVariantArray(records));
         giveBack(PingReport, Variant::fromText(report));
+        if (refused) {
+            const std::wstring code = numberText(static_cast<const Vx_GetPingInfo*>(V_RECORD(records.back().get()))->Status);
+            reportNetError(code, L"The echo could not be sent. (" + code + L")");
+        }
         return all;
     });
 }

@@ -154,17 +154,28 @@ Section "ping"
 handler.Calls = 0
 hook.Connect net, handler
 r = net.GetPingIP("127.0.0.1", lst, 1000, 16, 64, 3, rep)
-CheckEqual "three echoes answered", r, True
-CheckEqual "one record an echo", UBound(lst), 2
-parts = Split(rep, vbCrLf)
-CheckEqual "one line an echo, each ending in CR LF", UBound(parts), 3
-ok = True
-For i = 0 To 2
-    ok = ok And Left(parts(i), 36) = "Reply from 127.0.0.1: bytes=16 time=" And InStr(parts(i), "ms TTL=") > 0
-Next
-Check "each line a reply", ok
-CheckEqual "by name, with the defaults", net.GetPingIP("localhost"), True
-CheckEqual "no error on the way", handler.Calls, 0
+If sh.ExpandEnvironmentStrings("%VX_W32NS%") <> "%VX_W32NS%" Then
+    ' The 32-bit lane's user namespace has no right to ICMP sockets: the system refuses
+    ' the first echo, which is reported, and no further one is tried.
+    CheckEqual "a refused echo", r, False
+    CheckEqual "one record", UBound(lst), 0
+    CheckEqual "its line", rep, "The echo could not be sent (5)." & vbCrLf
+    CheckEqual "reported", net.NetErrorDesration, "The echo could not be sent. (5)"
+    CheckEqual "through the event", handler.Calls, 1
+    handler.Calls = 0
+Else
+    CheckEqual "three echoes answered", r, True
+    CheckEqual "one record an echo", UBound(lst), 2
+    parts = Split(rep, vbCrLf)
+    CheckEqual "one line an echo, each ending in CR LF", UBound(parts), 3
+    ok = True
+    For i = 0 To 2
+        ok = ok And Left(parts(i), 36) = "Reply from 127.0.0.1: bytes=16 time=" And InStr(parts(i), "ms TTL=") > 0
+    Next
+    Check "each line a reply", ok
+    CheckEqual "by name, with the defaults", net.GetPingIP("localhost"), True
+    CheckEqual "no error on the way", handler.Calls, 0
+End If
 r = net.GetPingIP("vx-no-such-host.invalid", lst, , , , , rep)
 CheckEqual "an unresolvable host", r, False
 CheckEqual "is reported", handler.Calls, 1

@@ -608,6 +608,25 @@ TEST(NetworkPing, RecordsFromTheSystemsReplyLayout) {
     timeouts.clear();
     call(net.get(), L"GetPingIP", {text(L"10.1.2.3"), vxtest::byRef(list)});
     EXPECT_EQ(SysStringLen(pingRecord(list, 0).Data), 0u);
+    // An echo the system refuses to send (a system error, not an echo status): reported,
+    // and no further echo is tried.
+    timeouts.clear();
+    NetworkService refusing = fake;
+    refusing.icmpEcho = [&](HANDLE, IPAddr, void*, WORD, IP_OPTION_INFORMATION*, void*, DWORD, DWORD timeout) -> DWORD {
+        timeouts.push_back(timeout);
+        SetLastError(ERROR_ACCESS_DENIED);
+        return 0;
+    };
+    {
+        ReplaceService<NetworkService> refused(refusing);
+        r = call(net.get(), L"GetPingIP", {text(L"10.1.2.3"), vxtest::byRef(list), Variant::missing(),
+                                           Variant::missing(), Variant::missing(), Variant::fromLong(3), vxtest::byRef(report)});
+    }
+    EXPECT_EQ(V_BOOL(r.value.get()), VARIANT_FALSE);
+    EXPECT_EQ(timeouts.size(), 1u);
+    EXPECT_EQ(pingRecord(list, 0).Status, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(vxtest::textOf(report), L"The echo could not be sent (5).\r\n");
+    EXPECT_EQ(vxtest::textOf(get(net.get(), L"NetErrorDesration").value), L"The echo could not be sent. (5)");
     // No ICMP service: reported, False.
     fake.icmpOpen = [] {
         SetLastError(ERROR_NOT_SUPPORTED);
@@ -657,6 +676,13 @@ TEST(NetworkPing, LoopbackForReal) {
     Variant list;
     auto r = call(net.get(), L"GetPingIP", {text(L"127.0.0.1"), vxtest::byRef(list)});
     ASSERT_EQ(r.errorNumber(), 0);
+    if (GetEnvironmentVariableW(L"VX_W32NS", nullptr, 0) != 0) {
+        // The 32-bit lane's user namespace has no right to ICMP sockets: the system
+        // refuses the echo, and the refusal is reported.
+        EXPECT_EQ(V_BOOL(r.value.get()), VARIANT_FALSE);
+        EXPECT_EQ(vxtest::textOf(get(net.get(), L"NetErrorDesration").value), L"The echo could not be sent. (5)");
+        return;
+    }
     ASSERT_EQ(V_BOOL(r.value.get()), VARIANT_TRUE);
     const Vx_GetPingInfo& reply = pingRecord(list, 0);
     EXPECT_EQ(static_cast<ULONG>(reply.Address), ipOf("127.0.0.1"));
