@@ -216,4 +216,15 @@ mixer.SetVolume speakers, was                                ' as it was
 mixer.CloseMixer
 WScript.Echo ""
 
+' ---- Network ----
+WScript.Echo "Ds_Network: names, addresses, ping, services, and its error channel"
+Dim net, replies, report
+Set net = CreateObject("Vx_Main.Ds_Network")
+Show "this computer", net.GetMyComputerName & " (" & net.GetNetConnectionType & ")"
+Show "localhost is", net.GetIPFromHostName("localhost") & ", and 127.0.0.1 is " & net.GetHostNameFromIP("127.0.0.1")
+If net.GetPingIP("127.0.0.1", replies, 500, 32, 64, 2, report) Then Show "ping", Replace(report, vbCrLf, " / ")
+Show "the RPC service", net.GetServiceList.Item("RpcSs").ValueC
+Show "servers", "[" & net.GetServerList & "] error " & net.NetCodeError & ": " & net.NetErrorDesration
+WScript.Echo ""
+
 WScript.Echo "End of tour."

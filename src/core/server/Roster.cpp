@@ -13,6 +13,8 @@
 #include "desktop/RunShell.h"
 #include "desktop/SystemProcess.h"
 #include "desktop/VolumeSetting.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -56,6 +58,8 @@ const ClassEntry roster[] = {
     classLine<Launcher>(),
     classLine<SystemProcess>(),
     classLine<VolumeSetting>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
