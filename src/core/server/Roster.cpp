@@ -7,6 +7,14 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "printing/PrintJob.h"
+#include "printing/PrintJobs.h"
+#include "printing/Printer.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -31,6 +39,9 @@ namespace {
 const ClassEntry roster[] = {
     classLine<DataCollection>(),
     classLine<ListCollection>(),
+    classLine<PrintJobs>(),
+    classLine<PrintJob>(),
+    classLine<Printer>(),
     classLine<Reg>(),
     classLine<RegKey>(),
     classLine<RegKeys>(),
@@ -46,6 +57,11 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
