@@ -258,7 +258,20 @@ TEST(TypeLibrary, XmlNodesAreMsxml6sAndNewMembersHaveHelp) {
         return missing;
     };
     EXPECT_EQ(helpless(IID__Ds_XML, 0), std::vector<std::wstring>{});
-    EXPECT_EQ(helpless(IID__Ds_MyVaribleFunction, 0x60030007), std::vector<std::wstring>{});
+    EXPECT_EQ(helpless(IID__Ds_MyVaribleFunction, 0), std::vector<std::wstring>{});
+    // So do the two interfaces and the enumerations their members take.
+    for (const wchar_t* name : {L"_Ds_XML", L"_Ds_MyVaribleFunction", L"Falg_SetNodeItem", L"SetSortType"}) {
+        std::wstring search(name);
+        ITypeInfo* found = nullptr;
+        MEMBERID id = 0;
+        USHORT count = 1;
+        ASSERT_EQ(typeLibrary()->FindName(&search[0], 0, &found, &id, &count), S_OK);
+        ASSERT_EQ(count, 1) << textOf(Variant::fromText(name));
+        ComPtr<ITypeInfo> ti = ComPtr<ITypeInfo>::adopt(found);
+        Bstr help;
+        ti->GetDocumentation(MEMBERID_NIL, nullptr, help.put(), nullptr, nullptr);
+        EXPECT_GT(help.length(), 0u) << textOf(Variant::fromText(name));
+    }
 }
 
 TEST(XML, NamesHoldingANulNameNoFile) {
