@@ -21,7 +21,8 @@ public:
 
     Variant index, separator, last;
     LONG mode = 0;
-    LONG writeMode = 0;  // when not 0, GetVar stores it into its mode argument
+    LONG writeMode = 0;      // when not 0, GetVar stores it into its mode argument
+    bool writeData = false;  // GetVar stores the Long 7 into its data argument
 
     HRESULT STDMETHODCALLTYPE GetVar(VARIANT* sData, VARIANT* nIndex, VARIANT* sFind, Flag_PathClip* GoGetSplit,
                                      VARIANT* EndIndexLast, VARIANT* result) override {
@@ -31,6 +32,11 @@ public:
         last = Variant::copyOf(*EndIndexLast);
         mode = *GoGetSplit;
         if (writeMode) *GoGetSplit = writeMode;
+        if (writeData) {
+            VariantClear(sData);
+            V_VT(sData) = VT_I4;
+            V_I4(sData) = 7;
+        }
         VariantInit(result);
         return S_OK;
     }
@@ -111,4 +117,59 @@ TEST(CallArguments, PropertyAssignmentsTakeHostVariablesToo) {
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(null)).errorNumber(), 13);
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(array)).errorNumber(), 13);
     EXPECT_EQ(alphaAnd(), L" & ");
+}
+
+namespace {
+
+// Calls a member by name with arguments the caller owns (in call order) and hands them
+// back as the call left them: whatever the call put there is the caller's to free.
+std::vector<Variant> invokeOwning(IDispatch* object, const wchar_t* name, std::vector<Variant> args,
+                                  HRESULT* hr = nullptr) {
+    std::wstring n(name);
+    LPOLESTR names[1] = {&n[0]};
+    DISPID id = 0;
+    EXPECT_EQ(object->GetIDsOfNames(IID_NULL, names, 1, 0, &id), S_OK);
+    std::vector<VARIANT> raw(args.size());
+    for (size_t i = 0; i < args.size(); ++i) args[i].detachTo(&raw[args.size() - 1 - i]);
+    DISPPARAMS params{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
+    Variant result;
+    EXCEPINFO ei{};
+    const HRESULT got = object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params, result.put(), &ei, nullptr);
+    if (hr) *hr = got;
+    SysFreeString(ei.bstrSource);
+    SysFreeString(ei.bstrDescription);
+    SysFreeString(ei.bstrHelpFile);
+    std::vector<Variant> after;
+    for (size_t i = raw.size(); i-- > 0;) after.push_back(Variant::take(raw[i]));
+    return after;
+}
+
+}  // namespace
+
+TEST(CallArguments, ArgumentsTheCallChangedInPlaceStayTheCallers) {
+    // A by-value argument to an [in, out] parameter is changed in place by the call (the
+    // type info writes the member's value back into it, in the argument's type). When
+    // defaults are completed too, the caller gets back what the call left there: had it
+    // kept its own copy, the text the call freed would be freed again.
+    auto r = Recorder::create();
+    r->writeData = true;
+    auto after = invokeOwning(r.get(), L"GetVar", {Variant::fromDouble(1.5)});
+    ASSERT_EQ(after.size(), 1u);
+    ASSERT_EQ(after[0].type(), VT_R8);
+    EXPECT_EQ(V_R8(after[0].get()), 7.0);
+
+    // As a script calls them: ShamsiDate("2024/3/20", , "text"), and GoFormAlpha with a
+    // Byte variable and "-1" (Wine's heap checker reported the texts freed twice).
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    after = invokeOwning(calendar.get(), L"ShamsiDate",
+                         {Variant::fromText(L"2024/3/20"), Variant::missing(), Variant::fromText(L"text")});
+    ASSERT_EQ(after[2].type(), VT_BSTR);
+    EXPECT_NE(toText(*after[2]), L"text");
+    auto finder = vxtest::createObject(CLSID_Ds_EnumChid);
+    Variant byte;
+    V_VT(byte.get()) = VT_UI1;
+    HRESULT hr = S_OK;
+    after = invokeOwning(finder.get(), L"GoFormAlpha", {byRef(byte), Variant::fromText(L"-1")}, &hr);
+    EXPECT_EQ(hr, DISP_E_EXCEPTION);  // error 6: an alpha beyond a byte
+    EXPECT_EQ(toText(*after[1]), L"-1");
 }

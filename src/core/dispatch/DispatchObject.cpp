@@ -190,6 +190,7 @@ DISPPARAMS* CallArguments::complete(const CallPlan& plan, DISPID id, WORD flags,
         args_.assign(total + named, VARIANT{});
         values_.reserve(total + named);  // the references below point into it: it must not grow
         writeBacks_.reserve(total + named);
+        lent_.reserve(total + named);
         for (UINT i = 0; i < total + named; ++i) {
             // The named value first, then the positional arguments last to first.
             const bool assigned = assignment && i == total;
@@ -199,7 +200,11 @@ DISPPARAMS* CallArguments::complete(const CallPlan& plan, DISPID id, WORD flags,
             const Need need = needOf(param);
             if (need == Pass) {
                 if (src) {
-                    arg = *src;  // the caller's own argument, not copied
+                    // The caller's own argument, moved into the call and back after it:
+                    // the type info may change it in place (convert it, or let the member
+                    // write into it), and the caller then owns what the call left.
+                    arg = *src;
+                    lent_.push_back({const_cast<VARIANT*>(src), static_cast<size_t>(&arg - args_.data())});
                 } else {
                     V_VT(&arg) = VT_ERROR;  // omitted: the type info supplies what it would
                     V_ERROR(&arg) = DISP_E_PARAMNOTFOUND;
@@ -228,6 +233,7 @@ DISPPARAMS* CallArguments::complete(const CallPlan& plan, DISPID id, WORD flags,
         }
     } catch (...) {
         writeBacks_.clear();
+        lent_.clear();
         return params;
     }
     completed_ = DISPPARAMS{args_.data(), assignment ? params->rgdispidNamedArgs : nullptr, total + named, named};
@@ -245,6 +251,8 @@ void CallArguments::finish(UINT position, UINT* argErr) noexcept {
         else if (position >= named_ + added_)
             *argErr = position - added_;
     }
+    for (const Lent& l : lent_) *l.owner = args_[l.slot];
+    lent_.clear();
     // A member that changed a typed reference changed the host's variable.
     for (WriteBack& w : writeBacks_) {
         const VARIANT& now = *values_[w.value].get();

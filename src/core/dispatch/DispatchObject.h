@@ -78,7 +78,12 @@ private:
         size_t value;       // its value in the parameter's type, in values_
         Variant before;
     };
+    struct Lent {
+        VARIANT* owner;  // the caller's argument
+        size_t slot;     // its place in args_
+    };
     std::vector<VARIANT> args_;
+    std::vector<Lent> lent_;
     std::vector<Variant> values_;
     std::vector<WriteBack> writeBacks_;
     DISPPARAMS completed_{};
