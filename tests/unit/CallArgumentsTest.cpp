@@ -11,6 +11,7 @@
 using namespace vx;
 using vxtest::byRef;
 using vxtest::call;
+using vxtest::textOf;
 
 namespace {
 
@@ -172,4 +173,23 @@ TEST(CallArguments, ArgumentsTheCallChangedInPlaceStayTheCallers) {
     after = invokeOwning(finder.get(), L"GoFormAlpha", {byRef(byte), Variant::fromText(L"-1")}, &hr);
     EXPECT_EQ(hr, DISP_E_EXCEPTION);  // error 6: an alpha beyond a byte
     EXPECT_EQ(toText(*after[1]), L"-1");
+}
+
+TEST(CallArguments, ArgumentsAMemberDoesNotTakeAreRefused) {
+    // A property get given an argument it does not take: a type info would pass it on to
+    // the object the property holds, Nothing included. Refused before the call, with error
+    // 450, as a surplus argument to any member is.
+    auto list = vxtest::createObject(CLSID_Ds_ListCollection);
+    auto record = vxtest::objectOf(call(list.get(), L"Add", {text(L"v"), text(L"k")}).value);
+    ASSERT_TRUE(record);
+    ASSERT_EQ(vxtest::putRef(record.get(), L"ValueG", Variant::fromDispatch(nullptr)).errorNumber(), 0);
+    EXPECT_EQ(vxtest::get(record.get(), L"ValueG", {Variant::fromShort(1)}).errorNumber(), 450);
+    EXPECT_EQ(call(record.get(), L"ValueG", {Variant::fromShort(1)}).errorNumber(), 450);
+    EXPECT_EQ(vxtest::get(record.get(), L"ValueG").errorNumber(), 0);
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    EXPECT_EQ(call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), Variant::fromBool(false), text(L"more")})
+                  .errorNumber(),
+              450);
+    EXPECT_EQ(textOf(call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), Variant::fromBool(false)}).value),
+              L"2006/8/3");
 }

@@ -3,6 +3,7 @@
 #include "core/runtime/Variant.h"
 
 #include <cstring>
+#include <memory>
 
 namespace vx {
 
@@ -88,12 +89,14 @@ bool sameValue(const VARIANT& a, const VARIANT& b) noexcept {
 
 }  // namespace
 
-CallPlan::CallPlan(ITypeInfo* info) noexcept {
-    if (!info) return;
+VARTYPE CallPlan::Param::completable() const noexcept { return byRef && storable(type) ? type : static_cast<VARTYPE>(VT_EMPTY); }
+
+CallPlan* CallPlan::read(ITypeInfo* info) noexcept {
+    if (!info) return nullptr;
     // A dual interface's members are described by its interface part.
     ComPtr<ITypeInfo> own(info);
     TYPEATTR* attr = nullptr;
-    if (FAILED(info->GetTypeAttr(&attr))) return;
+    if (FAILED(info->GetTypeAttr(&attr))) return nullptr;
     const bool dual = attr->typekind == TKIND_DISPATCH && (attr->wTypeFlags & TYPEFLAG_FDUAL);
     info->ReleaseTypeAttr(attr);
     HREFTYPE ref = 0;
@@ -101,158 +104,162 @@ CallPlan::CallPlan(ITypeInfo* info) noexcept {
     if (dual && SUCCEEDED(info->GetRefTypeOfImplType(static_cast<UINT>(-1), &ref)) &&
         SUCCEEDED(info->GetRefTypeInfo(ref, part.put())))
         own = part;
-    if (FAILED(own->GetTypeAttr(&attr))) return;
+    if (FAILED(own->GetTypeAttr(&attr))) return nullptr;
     const UINT functions = attr->cFuncs;
     own->ReleaseTypeAttr(attr);
     try {
+        std::unique_ptr<CallPlan> plan(new CallPlan);
         for (UINT f = 0; f < functions; ++f) {
             FUNCDESC* fd = nullptr;
-            if (FAILED(own->GetFuncDesc(f, &fd))) continue;
+            if (FAILED(own->GetFuncDesc(f, &fd))) return nullptr;
+            struct Release {
+                ITypeInfo* info;
+                FUNCDESC* fd;
+                ~Release() { info->ReleaseFuncDesc(fd); }
+            } release{own.get(), fd};
             Member m{fd->memid, fd->invkind, {}};
-            bool references = false;
             // The parameters a caller passes (the result and a locale are not among them).
             for (SHORT i = 0; i < fd->cParams; ++i) {
                 const ELEMDESC& e = fd->lprgelemdescParam[i];
-                if (e.paramdesc.wParamFlags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) break;
+                const USHORT flags = e.paramdesc.wParamFlags;
+                if (flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) break;
                 Param p;
-                if (e.tdesc.vt == VT_PTR) {
-                    p.pointee = pointeeType(own.get(), e.tdesc);
-                    if (!storable(p.pointee)) p.pointee = VT_EMPTY;
-                    if (p.pointee != VT_EMPTY && (e.paramdesc.wParamFlags & PARAMFLAG_FHASDEFAULT) &&
-                        e.paramdesc.pparamdescex) {
-                        p.hasDefault = true;
-                        p.defaultValue = Variant::copyOf(e.paramdesc.pparamdescex->varDefaultValue);
-                    }
-                    references = references || p.pointee != VT_EMPTY;
+                p.byRef = e.tdesc.vt == VT_PTR;
+                p.type = p.byRef ? pointeeType(own.get(), e.tdesc) : e.tdesc.vt;
+                p.optional = (flags & (PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT)) != 0;
+                if ((flags & PARAMFLAG_FHASDEFAULT) && e.paramdesc.pparamdescex) {
+                    p.hasDefault = true;
+                    p.defaultValue = Variant::copyOf(e.paramdesc.pparamdescex->varDefaultValue);
                 }
                 m.params.push_back(std::move(p));
             }
-            own->ReleaseFuncDesc(fd);
-            if (references) members_.push_back(std::move(m));
+            plan->members_.push_back(std::move(m));
         }
+        return plan.release();
     } catch (...) {
-        members_.clear();
+        return nullptr;
     }
 }
 
 const CallPlan::Member* CallPlan::find(DISPID id, WORD flags) const noexcept {
     for (const Member& m : members_)
-        if (m.id == id && (((flags & DISPATCH_METHOD) && m.kind == INVOKE_FUNC) ||
-                           ((flags & DISPATCH_PROPERTYGET) && m.kind == INVOKE_PROPERTYGET) ||
-                           ((flags & DISPATCH_PROPERTYPUT) && m.kind == INVOKE_PROPERTYPUT) ||
-                           ((flags & DISPATCH_PROPERTYPUTREF) && m.kind == INVOKE_PROPERTYPUTREF)))
-            return &m;
+        if (m.id == id && (flags & m.kind)) return &m;
     return nullptr;
 }
 
-DISPPARAMS* CallArguments::complete(const CallPlan& plan, DISPID id, WORD flags, DISPPARAMS* params) noexcept {
-    if (!params) return params;
-    // A property assignment passes its value as the one named argument (and the member's
-    // last parameter); every other call passes its arguments by position.
-    const bool assignment = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* params, DISPPARAMS** out,
+                                UINT* position) noexcept {
+    *out = params;
+    *position = noPosition;
+    // A property assignment passes its value as the named argument DISPID_PROPERTYPUT
+    // (and the member's last parameter); every other call passes its arguments by
+    // position. Other named arguments are left to the type info.
+    const bool assignment = member.assignment();
     const UINT named = assignment ? 1 : 0;
-    if (params->cNamedArgs != named || params->cArgs < named) return params;
-    if (assignment && (!params->rgdispidNamedArgs || params->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT)) return params;
-    const CallPlan::Member* member = plan.find(id, flags);
-    if (!member || member->params.size() < named) return params;
-    const UINT count = static_cast<UINT>(member->params.size());
+    if (params->cNamedArgs != named) return S_OK;
+    if (assignment && params->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT) return S_OK;
+    const UINT count = static_cast<UINT>(member.params.size());
+    if (count < named) return S_OK;
     const UINT positional = params->cArgs - named;  // arguments by position, in rgvarg after the named one
-    if (positional > count - named) return params;
-    auto given = [&](UINT i) -> const VARIANT* {
-        if (assignment && i == count - 1) return &params->rgvarg[0];
-        return i < positional ? &params->rgvarg[params->cArgs - 1 - i] : nullptr;
-    };
+    if (positional > count - named) return DISP_E_BADPARAMCOUNT;  // surplus: refused, never passed on
 
+    // Where each parameter's argument is in the caller's rgvarg, if given.
+    auto given = [&](UINT i) -> UINT {
+        if (assignment && i == count - 1) return 0;
+        return i < positional ? params->cArgs - 1 - i : noPosition;
+    };
     // What each position needs: an omitted by-reference parameter with a default gets a
     // reference to the default; a host variable (a reference to a Variant) passed where a
     // typed reference is declared gets a reference to its value in that type.
     enum Need { Pass, Default, Typed };
     auto needOf = [&](UINT i) {
-        const CallPlan::Param& p = member->params[i];
-        const VARIANT* arg = given(i);
-        if (p.pointee == VT_EMPTY) return Pass;
-        if (!arg || omitted(*arg)) return p.hasDefault ? Default : Pass;
-        if (V_VT(arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(arg) && p.pointee != VT_VARIANT) return Typed;
+        const CallPlan::Param& p = member.params[i];
+        const UINT at = given(i);
+        const VARTYPE type = p.completable();
+        if (type == VT_EMPTY) return Pass;
+        if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
+        const VARIANT& arg = params->rgvarg[at];
+        if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg) && type != VT_VARIANT) return Typed;
         return Pass;
     };
-    // The positional arguments to pass: up to the last one that needs completing.
-    UINT total = 0;
-    bool any = false;
-    for (UINT i = 0; i < count; ++i) {
-        if (needOf(i) == Pass) continue;
-        any = true;
-        if (i < count - named) total = i + 1;
-    }
-    if (!any) return params;
-    if (total < positional) total = positional;
+    // The positional arguments to pass: the caller's, and up to the last one that needs completing.
+    UINT total = positional;
+    for (UINT i = positional; i < count - named; ++i)
+        if (needOf(i) != Pass) total = i + 1;
 
     try {
+        caller_ = params;
         args_.assign(total + named, VARIANT{});
+        origin_.assign(total + named, noPosition);
         values_.reserve(total + named);  // the references below point into it: it must not grow
         writeBacks_.reserve(total + named);
-        lent_.reserve(total + named);
         for (UINT i = 0; i < total + named; ++i) {
             // The named value first, then the positional arguments last to first.
             const bool assigned = assignment && i == total;
             const UINT param = assigned ? count - 1 : i;
-            VARIANT& arg = assigned ? args_[0] : args_[named + total - 1 - i];
-            const VARIANT* src = given(param);
+            const UINT slot = assigned ? 0 : named + total - 1 - i;
+            VARIANT& arg = args_[slot];
+            const UINT at = given(param);
             const Need need = needOf(param);
             if (need == Pass) {
-                if (src) {
-                    // The caller's own argument, moved into the call and back after it:
-                    // the type info may change it in place (convert it, or let the member
-                    // write into it), and the caller then owns what the call left.
-                    arg = *src;
-                    lent_.push_back({const_cast<VARIANT*>(src), static_cast<size_t>(&arg - args_.data())});
+                if (at != noPosition) {
+                    // The caller's own argument, lent to the call (see finish).
+                    arg = params->rgvarg[at];
+                    origin_[slot] = at;
                 } else {
                     V_VT(&arg) = VT_ERROR;  // omitted: the type info supplies what it would
                     V_ERROR(&arg) = DISP_E_PARAMNOTFOUND;
                 }
                 continue;
             }
-            const CallPlan::Param& p = member->params[param];
-            const VARIANT& from = need == Default ? *p.defaultValue : deref(*src);
+            const CallPlan::Param& p = member.params[param];
+            const VARTYPE type = p.completable();
+            const VARIANT& from = need == Default ? *p.defaultValue : deref(params->rgvarg[at]);
             Variant value;
-            if (p.pointee == VT_VARIANT)
+            if (type == VT_VARIANT) {
                 value = Variant::copyOf(from);
-            else if (p.pointee == VT_DISPATCH && V_VT(&from) == VT_EMPTY)
+            } else if (type == VT_DISPATCH && V_VT(&from) == VT_EMPTY) {
                 value = Variant::fromDispatch(nullptr);  // a variable never set stands for Nothing
-            else if (FAILED(VariantChangeType(value.put(), const_cast<VARIANT*>(&from), 0, p.pointee)))
-                return params;  // the type info reports what does not convert
-            if (need == Typed) writeBacks_.push_back({V_VARIANTREF(src), values_.size(), value});
+            } else {
+                const HRESULT hr = VariantChangeType(value.put(), const_cast<VARIANT*>(&from), 0, type);
+                if (FAILED(hr)) {
+                    *position = at;
+                    return hr == DISP_E_OVERFLOW ? hr : DISP_E_TYPEMISMATCH;
+                }
+            }
+            if (need == Typed) writeBacks_.push_back({V_VARIANTREF(&params->rgvarg[at]), values_.size(), value});
             values_.push_back(std::move(value));
             VARIANT& stored = *values_.back().get();
-            if (p.pointee == VT_VARIANT) {
+            if (type == VT_VARIANT) {
                 V_VT(&arg) = VT_BYREF | VT_VARIANT;
                 V_VARIANTREF(&arg) = &stored;
             } else {
-                V_VT(&arg) = static_cast<VARTYPE>(VT_BYREF | p.pointee);
+                V_VT(&arg) = static_cast<VARTYPE>(VT_BYREF | type);
                 V_BYREF(&arg) = &V_I4(&stored);  // the value's storage, whatever its type
             }
         }
     } catch (...) {
         writeBacks_.clear();
-        lent_.clear();
-        return params;
+        origin_.clear();
+        return E_OUTOFMEMORY;
     }
     completed_ = DISPPARAMS{args_.data(), assignment ? params->rgdispidNamedArgs : nullptr, total + named, named};
-    named_ = named;
-    added_ = total - positional;
-    return &completed_;
+    *out = &completed_;
+    return S_OK;
 }
 
 void CallArguments::finish(UINT position, UINT* argErr) noexcept {
-    // The type info counts positions in the completed arguments; the caller's have the
-    // named value (if any) first and none of the added ones.
-    if (argErr && position != noPosition) {
-        if (position < named_)
-            *argErr = position;
-        else if (position >= named_ + added_)
-            *argErr = position - added_;
-    }
-    for (const Lent& l : lent_) *l.owner = args_[l.slot];
-    lent_.clear();
+    // The caller's arguments, as the call left them: the type info may have changed one
+    // in place (converted it, or written an [in, out] parameter back into it), and the
+    // caller owns what is there now.
+    for (size_t slot = 0; slot < origin_.size(); ++slot)
+        if (origin_[slot] != noPosition) caller_->rgvarg[origin_[slot]] = args_[slot];
+    // The type info counts positions in the completed arguments.
+    if (argErr && position != noPosition && position < origin_.size() && origin_[position] != noPosition)
+        *argErr = origin_[position];
+    else if (argErr && position != noPosition && origin_.empty())
+        *argErr = position;
+    origin_.clear();
     // A member that changed a typed reference changed the host's variable.
     for (WriteBack& w : writeBacks_) {
         const VARIANT& now = *values_[w.value].get();
@@ -264,6 +271,29 @@ void CallArguments::finish(UINT position, UINT* argErr) noexcept {
         }
     }
     writeBacks_.clear();
+}
+
+HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DISPID id, WORD flags,
+                     DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept {
+    if (!info || !plan) return E_UNEXPECTED;
+    DISPPARAMS none{nullptr, nullptr, 0, 0};
+    if (!params) params = &none;
+    if ((params->cArgs && !params->rgvarg) || (params->cNamedArgs && !params->rgdispidNamedArgs) ||
+        params->cNamedArgs > params->cArgs)
+        return E_INVALIDARG;
+    const CallPlan::Member* member = plan->find(id, flags);
+    if (!member) return DISP_E_MEMBERNOTFOUND;
+    CallArguments args;
+    DISPPARAMS* pass = nullptr;
+    UINT position = CallArguments::noPosition;
+    HRESULT hr = args.complete(*member, params, &pass, &position);
+    if (FAILED(hr)) {
+        if (argErr && position != CallArguments::noPosition) *argErr = position;
+        return hr;
+    }
+    hr = info->Invoke(object, id, flags, pass, result, excepInfo, &position);
+    args.finish(position, argErr);
+    return finishInvoke(hr, excepInfo);
 }
 
 }  // namespace vx
