@@ -193,3 +193,61 @@ TEST(CallArguments, ArgumentsAMemberDoesNotTakeAreRefused) {
     EXPECT_EQ(textOf(call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), Variant::fromBool(false)}).value),
               L"2006/8/3");
 }
+
+namespace {
+
+// A call as VBA writes `o.Member(positional..., Name:=value ...)`: the names are looked
+// up with the member's, the named arguments come first in rgvarg.
+vxtest::CallResult callNamed(IDispatch* object, const wchar_t* member, std::vector<Variant> positional,
+                             std::vector<std::pair<const wchar_t*, Variant>> named) {
+    std::vector<std::wstring> names{member};
+    for (auto& n : named) names.emplace_back(n.first);
+    std::vector<LPOLESTR> raw;
+    for (auto& n : names) raw.push_back(&n[0]);
+    std::vector<DISPID> ids(raw.size());
+    vxtest::CallResult r;
+    r.hr = object->GetIDsOfNames(IID_NULL, raw.data(), static_cast<UINT>(raw.size()), 0, ids.data());
+    if (FAILED(r.hr)) return r;
+    std::vector<VARIANT> args(named.size() + positional.size());
+    for (size_t k = 0; k < named.size(); ++k) named[k].second.detachTo(&args[k]);
+    for (size_t j = 0; j < positional.size(); ++j) positional[j].detachTo(&args[args.size() - 1 - j]);
+    DISPPARAMS params{args.data(), ids.data() + 1, static_cast<UINT>(args.size()), static_cast<UINT>(named.size())};
+    EXCEPINFO ei{};
+    r.hr = object->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &params, r.value.put(), &ei,
+                          nullptr);
+    if (r.hr == DISP_E_EXCEPTION) r.scode = ei.scode;
+    SysFreeString(ei.bstrSource);
+    SysFreeString(ei.bstrDescription);
+    SysFreeString(ei.bstrHelpFile);
+    for (VARIANT& v : args) VariantClear(&v);
+    return r;
+}
+
+}  // namespace
+
+TEST(CallArguments, NamedArgumentsTakeTheirPlacesAndDefaultsStillComplete) {
+    auto r = Recorder::create();
+    ASSERT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"EndIndexLast", Variant::fromShort(9)}, {L"sData", text(L"a")}})
+                  .errorNumber(),
+              0);
+    EXPECT_EQ(toInt32(*r->last), 9);
+    EXPECT_EQ(toText(*r->separator), L",");  // the omitted ones their defaults, by reference
+    EXPECT_EQ(r->mode, 2);
+    // What a script names wrongly: no such parameter, one given twice, a required one
+    // left out (448, 448, 449).
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {text(L"a")}, {{L"sData", text(L"b")}}).errorNumber(), 448);
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"nIndex", Variant::fromShort(1)}}).errorNumber(), 449);
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"nIndex", Variant::fromShort(1)}, {L"nIndex", text(L"x")}})
+                  .errorNumber(),
+              448);
+    // As VBA calls them: an omitted by-reference parameter with a default behind a named one.
+    auto helper = vxtest::createObject(CLSID_Ds_MyVaribleFunction);
+    auto equal = callNamed(helper.get(), L"IsEqute", {Variant::fromBool(true)}, {{L"ValueB", text(L"TRUE")}});
+    ASSERT_EQ(equal.errorNumber(), 0);
+    EXPECT_EQ(V_BOOL(equal.value.get()), VARIANT_TRUE);
+    auto reg = vxtest::createObject(CLSID_clsReg);
+    auto read = callNamed(reg.get(), L"ReadString", {Variant::fromLong(static_cast<LONG>(0x80000001u))},
+                          {{L"sName", text(L"none")}, {L"SubKey", text(L"Software\\Vx_Main no such key")}});
+    ASSERT_EQ(read.errorNumber(), 0);
+    EXPECT_EQ(textOf(read.value), L"");  // the default of sDefault, as if it had been passed
+}

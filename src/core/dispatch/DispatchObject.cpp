@@ -152,29 +152,50 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
     *out = params;
     *position = noPosition;
     // A property assignment passes its value as the named argument DISPID_PROPERTYPUT
-    // (and the member's last parameter); every other call passes its arguments by
-    // position. Other named arguments are left to the type info.
+    // (the member's last parameter). Other arguments come by position (the first ones,
+    // last first at the end of rgvarg) or by name (a parameter's position, in
+    // rgdispidNamedArgs, the argument at the same place of rgvarg).
     const bool assignment = member.assignment();
-    const UINT named = assignment ? 1 : 0;
-    if (params->cNamedArgs != named) return S_OK;
-    if (assignment && params->rgdispidNamedArgs[0] != DISPID_PROPERTYPUT) return S_OK;
     const UINT count = static_cast<UINT>(member.params.size());
-    if (count < named) return S_OK;
-    const UINT positional = params->cArgs - named;  // arguments by position, in rgvarg after the named one
-    if (positional > count - named) return DISP_E_BADPARAMCOUNT;  // surplus: refused, never passed on
-
+    if (assignment && count == 0) return DISP_E_BADPARAMCOUNT;
+    const UINT callable = assignment ? count - 1 : count;
+    const UINT positional = params->cArgs - params->cNamedArgs;
+    if (positional > callable) return DISP_E_BADPARAMCOUNT;  // surplus: refused, never passed on
     // Where each parameter's argument is in the caller's rgvarg, if given.
-    auto given = [&](UINT i) -> UINT {
-        if (assignment && i == count - 1) return 0;
-        return i < positional ? params->cArgs - 1 - i : noPosition;
-    };
-    // What each position needs: an omitted by-reference parameter with a default gets a
+    std::vector<UINT> source;
+    try {
+        source.assign(count, noPosition);
+    } catch (...) {
+        return E_OUTOFMEMORY;
+    }
+    bool byName = false;
+    for (UINT j = 0; j < positional; ++j) source[j] = params->cArgs - 1 - j;
+    for (UINT k = 0; k < params->cNamedArgs; ++k) {
+        const DISPID name = params->rgdispidNamedArgs[k];
+        UINT target = noPosition;
+        if (name == DISPID_PROPERTYPUT && assignment)
+            target = count - 1;
+        else if (name >= 0 && static_cast<UINT>(name) < callable)
+            target = static_cast<UINT>(name);
+        if (target == noPosition || source[target] != noPosition) {
+            *position = k;  // no such parameter, or one given twice
+            return DISP_E_PARAMNOTFOUND;
+        }
+        source[target] = k;
+        byName = byName || name != DISPID_PROPERTYPUT;
+    }
+    if (assignment && source[count - 1] == noPosition) return DISP_E_PARAMNOTOPTIONAL;
+    for (UINT i = 0; i < callable; ++i)
+        if (source[i] == noPosition && !member.params[i].optional)
+            return byName ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
+
+    // What each parameter needs: an omitted by-reference parameter with a default gets a
     // reference to the default; a host variable (a reference to a Variant) passed where a
     // typed reference is declared gets a reference to its value in that type.
     enum Need { Pass, Default, Typed };
     auto needOf = [&](UINT i) {
         const CallPlan::Param& p = member.params[i];
-        const UINT at = given(i);
+        const UINT at = source[i];
         const VARTYPE type = p.completable();
         if (type == VT_EMPTY) return Pass;
         if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
@@ -182,10 +203,12 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg) && type != VT_VARIANT) return Typed;
         return Pass;
     };
-    // The positional arguments to pass: the caller's, and up to the last one that needs completing.
-    UINT total = positional;
-    for (UINT i = positional; i < count - named; ++i)
-        if (needOf(i) != Pass) total = i + 1;
+    // The arguments to pass by position: up to the last one given or needing completion;
+    // an assignment's value goes last, as the one named argument.
+    UINT total = 0;
+    for (UINT i = 0; i < callable; ++i)
+        if (source[i] != noPosition || needOf(i) != Pass) total = i + 1;
+    const UINT named = assignment ? 1 : 0;
 
     try {
         caller_ = params;
@@ -199,7 +222,7 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
             const UINT param = assigned ? count - 1 : i;
             const UINT slot = assigned ? 0 : named + total - 1 - i;
             VARIANT& arg = args_[slot];
-            const UINT at = given(param);
+            const UINT at = source[param];
             const Need need = needOf(param);
             if (need == Pass) {
                 if (at != noPosition) {
@@ -243,7 +266,7 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         origin_.clear();
         return E_OUTOFMEMORY;
     }
-    completed_ = DISPPARAMS{args_.data(), assignment ? params->rgdispidNamedArgs : nullptr, total + named, named};
+    completed_ = DISPPARAMS{args_.data(), assignment ? &putId_ : nullptr, total + named, named};
     *out = &completed_;
     return S_OK;
 }
@@ -257,8 +280,6 @@ void CallArguments::finish(UINT position, UINT* argErr) noexcept {
     // The type info counts positions in the completed arguments.
     if (argErr && position != noPosition && position < origin_.size() && origin_[position] != noPosition)
         *argErr = origin_[position];
-    else if (argErr && position != noPosition && origin_.empty())
-        *argErr = position;
     origin_.clear();
     // A member that changed a typed reference changed the host's variable.
     for (WriteBack& w : writeBacks_) {

@@ -66,11 +66,12 @@ private:
 // info would pass the surplus on to the object a property returns); an omitted
 // by-reference parameter that declares a default gets that default as a reference to a
 // value of the parameter's type (a type info may pass the default by value where the
-// member expects a pointer); and a host variable passed to a typed by-reference
+// member expects a pointer), whether the call names its arguments or not; and a host variable passed to a typed by-reference
 // parameter (scripts pass every variable as a reference to a Variant) gets a reference
 // to its value in that type, written back to the variable when the member changes it.
-// Everything else is left to the type info. The caller's own arguments are lent to the
-// call and handed back after it, as the call left them.
+// Arguments by name are put in their parameters' places. Everything else is left to the
+// type info. The caller's own arguments are lent to the call and handed back after it,
+// as the call left them.
 class CallArguments {
 public:
     CallArguments() = default;
@@ -98,6 +99,7 @@ private:
     std::vector<Variant> values_;
     std::vector<WriteBack> writeBacks_;
     DISPPARAMS* caller_ = nullptr;
+    DISPID putId_ = DISPID_PROPERTYPUT;
     DISPPARAMS completed_{};
 };
 
