@@ -8,6 +8,8 @@
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
+#include <limits>
+
 using namespace vx;
 using vxtest::byRef;
 using vxtest::call;
@@ -22,6 +24,7 @@ public:
 
     Variant index, separator, last;
     LONG mode = 0;
+    short key = 0;
     LONG writeMode = 0;      // when not 0, GetVar stores it into its mode argument
     bool writeData = false;  // GetVar stores the Long 7 into its data argument
 
@@ -44,7 +47,10 @@ public:
     HRESULT STDMETHODCALLTYPE IsEqute(VARIANT*, VARIANT*, Type_IsEquate*, VARIANT_BOOL*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CountUBound(VARIANT*, short*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GoIsNull(VARIANT*, VARIANT, VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE IsKey(short, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE IsKey(short GetAsc, VARIANT_BOOL*) override {
+        key = GetAsc;
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE DoWaitFindTitle(BSTR) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DoWaitNumber(LONG) override { return E_NOTIMPL; }
 };
@@ -250,4 +256,28 @@ TEST(CallArguments, NamedArgumentsTakeTheirPlacesAndDefaultsStillComplete) {
                           {{L"sName", text(L"none")}, {L"SubKey", text(L"Software\\Vx_Main no such key")}});
     ASSERT_EQ(read.errorNumber(), 0);
     EXPECT_EQ(textOf(read.value), L"");  // the default of sDefault, as if it had been passed
+}
+
+TEST(CallArguments, NaNAndTheInfinitiesAreNoCount) {
+    // Whole-number parameters, by value or by reference, and a Variant count the member
+    // converts itself: error 6, never 2147483647 (2^31 yields).
+    const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+    auto r = Recorder::create();
+    for (double d : {nan, inf, -inf}) {
+        EXPECT_EQ(call(r.get(), L"IsKey", {Variant::fromDouble(d)}).errorNumber(), 6);
+        Variant variable = Variant::fromDouble(d);
+        EXPECT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::missing(), Variant::missing(), byRef(variable)})
+                      .errorNumber(),
+                  6);
+        EXPECT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::missing(), Variant::missing(), Variant::fromDate(d)})
+                      .errorNumber(),
+                  6);
+    }
+    EXPECT_EQ(r->key, 0);
+    EXPECT_EQ(r->mode, 0) << "the member ran";
+    auto finder = vxtest::createObject(CLSID_Ds_EnumChid);
+    EXPECT_EQ(call(finder.get(), L"WaitDoEvents", {Variant::missing(), Variant::fromDouble(nan)}).errorNumber(), 6);
+    EXPECT_EQ(call(finder.get(), L"WaitDoEvents", {Variant::fromDouble(inf)}).errorNumber(), 6);
+    EXPECT_EQ(call(r.get(), L"IsKey", {Variant::fromDouble(2.5)}).errorNumber(), 0);
+    EXPECT_EQ(r->key, 2);
 }

@@ -1,5 +1,6 @@
 #include "core/dispatch/DispatchObject.h"
 
+#include "core/runtime/Convert.h"
 #include "core/runtime/Variant.h"
 
 #include <cstring>
@@ -29,42 +30,51 @@ namespace {
 
 bool omitted(const VARIANT& v) noexcept { return V_VT(&v) == VT_ERROR && V_ERROR(&v) == DISP_E_PARAMNOTFOUND; }
 
-// What read makes of the attributes of the type a user-defined type refers to;
-// VT_EMPTY when they cannot be read.
-template <class Read>
-VARTYPE ofReferencedType(ITypeInfo* info, HREFTYPE type, Read&& read) noexcept {
+// A parameter's type as a call needs it: enumerations and aliases resolved to their base
+// type, an interface pointer to the object reference it is (VT_DISPATCH for a dispatch or
+// dual interface, with the interface), and whether the parameter is a reference.
+struct TypeOf {
+    VARTYPE type = VT_EMPTY;
+    bool byRef = false;
+    GUID object = GUID_NULL;
+};
+
+TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
+    TypeOf r;
+    const TYPEDESC* t = &declared;
+    if (t->vt == VT_PTR && t->lptdesc) {
+        r.byRef = true;
+        t = t->lptdesc;
+    }
+    // A reference to an interface pointer, or (below) an interface pointer itself.
+    const bool objectRef = t->vt == VT_PTR && t->lptdesc && t->lptdesc->vt == VT_USERDEFINED;
+    if (objectRef) t = t->lptdesc;
+    if (t->vt != VT_USERDEFINED) {
+        r.type = t->vt;
+        return r;
+    }
     ComPtr<ITypeInfo> ref;
-    if (FAILED(info->GetRefTypeInfo(type, ref.put()))) return VT_EMPTY;
     TYPEATTR* attr = nullptr;
-    if (FAILED(ref->GetTypeAttr(&attr))) return VT_EMPTY;
-    const VARTYPE vt = read(*attr);
+    if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put())) || FAILED(ref->GetTypeAttr(&attr))) return TypeOf{};
+    switch (attr->typekind) {
+    case TKIND_ENUM:
+        if (!objectRef) r.type = VT_I4;
+        break;
+    case TKIND_ALIAS:
+        if (!objectRef) r.type = attr->tdescAlias.vt;
+        break;
+    case TKIND_DISPATCH:
+    case TKIND_INTERFACE:
+        // An interface pointer is an object passed by value; a pointer to one, by reference.
+        r.byRef = objectRef;
+        r.type = attr->typekind == TKIND_DISPATCH || (attr->wTypeFlags & TYPEFLAG_FDUAL) ? VT_DISPATCH : VT_UNKNOWN;
+        r.object = attr->guid;
+        break;
+    default:
+        break;
+    }
     ref->ReleaseTypeAttr(attr);
-    return vt;
-}
-
-// The object reference an interface pointer type stands for: VT_DISPATCH for a
-// dispatch or dual interface, VT_EMPTY for anything else.
-VARTYPE objectType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
-    const TYPEDESC* t = pointer.lptdesc;
-    if (!t || t->vt != VT_USERDEFINED) return VT_EMPTY;
-    return ofReferencedType(info, t->hreftype, [](const TYPEATTR& attr) -> VARTYPE {
-        const bool dispatch = attr.typekind == TKIND_DISPATCH ||
-                              (attr.typekind == TKIND_INTERFACE && (attr.wTypeFlags & TYPEFLAG_FDUAL));
-        return dispatch ? VT_DISPATCH : VT_EMPTY;
-    });
-}
-
-// The type a by-reference parameter points to, with enumerations and aliases resolved to
-// their base type, and an interface pointer to the object reference it is.
-VARTYPE pointeeType(ITypeInfo* info, const TYPEDESC& pointer) noexcept {
-    const TYPEDESC* t = pointer.lptdesc;
-    if (!t) return VT_EMPTY;
-    if (t->vt == VT_PTR) return objectType(info, *t);
-    if (t->vt != VT_USERDEFINED) return t->vt;
-    return ofReferencedType(info, t->hreftype, [](const TYPEATTR& attr) -> VARTYPE {
-        if (attr.typekind == TKIND_ENUM) return VT_I4;
-        return attr.typekind == TKIND_ALIAS ? attr.tdescAlias.vt : static_cast<VARTYPE>(VT_EMPTY);
-    });
+    return r;
 }
 
 // The types a completion stores values of (a reference points at the value's storage).
@@ -124,8 +134,9 @@ CallPlan* CallPlan::read(ITypeInfo* info) noexcept {
                 const USHORT flags = e.paramdesc.wParamFlags;
                 if (flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) break;
                 Param p;
-                p.byRef = e.tdesc.vt == VT_PTR;
-                p.type = p.byRef ? pointeeType(own.get(), e.tdesc) : e.tdesc.vt;
+                const TypeOf type = describe(own.get(), e.tdesc);
+                p.type = type.type;
+                p.byRef = type.byRef;
                 p.optional = (flags & (PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT)) != 0;
                 if ((flags & PARAMFLAG_FHASDEFAULT) && e.paramdesc.pparamdescex) {
                     p.hasDefault = true;
@@ -188,6 +199,14 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
     for (UINT i = 0; i < callable; ++i)
         if (source[i] == noPosition && !member.params[i].optional)
             return byName ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
+    // NaN and the infinities are no whole number: refused before a conversion that would
+    // make one of them 2147483647 (a count of 2^31 steps).
+    for (UINT i = 0; i < count; ++i) {
+        if (source[i] != noPosition && nonFiniteToWhole(params->rgvarg[source[i]], member.params[i].type)) {
+            *position = source[i];
+            return DISP_E_OVERFLOW;
+        }
+    }
 
     // What each parameter needs: an omitted by-reference parameter with a default gets a
     // reference to the default; a host variable (a reference to a Variant) passed where a
