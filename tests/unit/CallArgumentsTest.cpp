@@ -281,3 +281,22 @@ TEST(CallArguments, NaNAndTheInfinitiesAreNoCount) {
     EXPECT_EQ(call(r.get(), L"IsKey", {Variant::fromDouble(2.5)}).errorNumber(), 0);
     EXPECT_EQ(r->key, 2);
 }
+
+TEST(CallArguments, AnObjectOfAnotherKindIsATypeMismatch) {
+    // cRegEnumValue.Add takes a key list and a value list; Nothing is accepted.
+    auto keys = vxtest::createObject(CLSID_cRegKeys);
+    auto values = vxtest::createObject(CLSID_cRegValues);
+    auto lists = vxtest::createObject(CLSID_cRegEnumValue);
+    auto other = vxtest::createObject(CLSID_Ds_Calendar);
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(other.get()), Variant::fromDispatch(values.get()),
+                                         text(L"a")})
+                  .errorNumber(),
+              13);
+    Variant variable = Variant::fromDispatch(other.get());
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(keys.get()), byRef(variable), text(L"b")}).errorNumber(),
+              13);
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(keys.get()), Variant::fromDispatch(nullptr), text(L"c")})
+                  .errorNumber(),
+              0);
+    EXPECT_EQ(vxtest::longOf(vxtest::get(lists.get(), L"Count").value), 1);
+}

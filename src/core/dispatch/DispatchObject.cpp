@@ -88,6 +88,23 @@ bool storable(VARTYPE vt) noexcept {
     }
 }
 
+// Whether an argument passed where an object is declared is Nothing or has the declared
+// interface (true for any other argument: its conversion is the type info's).
+bool ofInterface(const VARIANT& arg, const CallPlan::Param& p) noexcept {
+    if (p.type != VT_DISPATCH && p.type != VT_UNKNOWN) return true;
+    const VARIANT& d = deref(arg);
+    IUnknown* object = nullptr;
+    switch (V_VT(&d)) {
+    case VT_DISPATCH: case VT_UNKNOWN: object = V_UNKNOWN(&d); break;
+    case VT_DISPATCH | VT_BYREF: case VT_UNKNOWN | VT_BYREF: object = V_UNKNOWNREF(&d) ? *V_UNKNOWNREF(&d) : nullptr; break;
+    default: return true;
+    }
+    if (!object) return true;
+    const IID& iid = p.object != GUID_NULL ? p.object : p.type == VT_DISPATCH ? IID_IDispatch : IID_IUnknown;
+    ComPtr<IUnknown> reached;
+    return SUCCEEDED(object->QueryInterface(iid, reinterpret_cast<void**>(reached.put())));
+}
+
 bool sameValue(const VARIANT& a, const VARIANT& b) noexcept {
     if (V_VT(&a) != V_VT(&b)) return false;
     if (V_VT(&a) == VT_BSTR)
@@ -137,6 +154,7 @@ CallPlan* CallPlan::read(ITypeInfo* info) noexcept {
                 const TypeOf type = describe(own.get(), e.tdesc);
                 p.type = type.type;
                 p.byRef = type.byRef;
+                p.object = type.object;
                 p.optional = (flags & (PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT)) != 0;
                 if ((flags & PARAMFLAG_FHASDEFAULT) && e.paramdesc.pparamdescex) {
                     p.hasDefault = true;
@@ -200,11 +218,17 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         if (source[i] == noPosition && !member.params[i].optional)
             return byName ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
     // NaN and the infinities are no whole number: refused before a conversion that would
-    // make one of them 2147483647 (a count of 2^31 steps).
+    // make one of them 2147483647 (a count of 2^31 steps). An object of another kind where
+    // an interface is declared is a type mismatch, as any other value of the wrong type.
     for (UINT i = 0; i < count; ++i) {
-        if (source[i] != noPosition && nonFiniteToWhole(params->rgvarg[source[i]], member.params[i].type)) {
+        if (source[i] == noPosition) continue;
+        const VARIANT& arg = params->rgvarg[source[i]];
+        const HRESULT refused = nonFiniteToWhole(arg, member.params[i].type) ? DISP_E_OVERFLOW
+                                : !ofInterface(arg, member.params[i])     ? DISP_E_TYPEMISMATCH
+                                                                          : S_OK;
+        if (FAILED(refused)) {
             *position = source[i];
-            return DISP_E_OVERFLOW;
+            return refused;
         }
     }
 

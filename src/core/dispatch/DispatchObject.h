@@ -41,6 +41,7 @@ public:
         bool optional = false;    // may be left out (optional, or with a default)
         bool hasDefault = false;
         Variant defaultValue;
+        GUID object = GUID_NULL;  // an object's declared interface (type VT_DISPATCH or VT_UNKNOWN)
         // The type a completion stores a by-reference value of, or VT_EMPTY.
         VARTYPE completable() const noexcept;
     };
