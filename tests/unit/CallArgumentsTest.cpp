@@ -300,3 +300,14 @@ TEST(CallArguments, AnObjectOfAnotherKindIsATypeMismatch) {
               0);
     EXPECT_EQ(vxtest::longOf(vxtest::get(lists.get(), L"Count").value), 1);
 }
+
+TEST(CallArguments, AFailedCallHasNoResult) {
+    // Not the empty text a type info makes of the null text a failed member leaves.
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    auto failed = call(calendar.get(), L"ShamsiDate", {text(L"no date")});
+    EXPECT_EQ(failed.errorNumber(), 13);
+    EXPECT_EQ(failed.value.type(), VT_EMPTY);
+    auto refused = call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), text(L"not a Boolean")});
+    EXPECT_EQ(refused.errorNumber(), 13);
+    EXPECT_EQ(refused.value.type(), VT_EMPTY);
+}

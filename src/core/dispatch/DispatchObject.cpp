@@ -355,8 +355,11 @@ HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DI
         if (argErr && position != CallArguments::noPosition) *argErr = position;
         return hr;
     }
+    if (result) VariantInit(result);  // an out parameter: what it held is not ours to free
     hr = info->Invoke(object, id, flags, pass, result, excepInfo, &position);
     args.finish(position, argErr);
+    // A failed call has no result: not even the empty text a type info makes of a null one.
+    if (FAILED(hr) && result) VariantClear(result);
     return finishInvoke(hr, excepInfo);
 }
 
