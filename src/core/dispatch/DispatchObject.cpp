@@ -37,6 +37,7 @@ struct TypeOf {
     VARTYPE type = VT_EMPTY;
     bool byRef = false;
     GUID object = GUID_NULL;
+    ComPtr<IRecordInfo> record;
 };
 
 TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
@@ -62,6 +63,9 @@ TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
         break;
     case TKIND_ALIAS:
         if (!objectRef) r.type = attr->tdescAlias.vt;
+        break;
+    case TKIND_RECORD:
+        if (!objectRef && SUCCEEDED(GetRecordInfoFromTypeInfo(ref.get(), r.record.put()))) r.type = VT_RECORD;
         break;
     case TKIND_DISPATCH:
     case TKIND_INTERFACE:
@@ -144,17 +148,30 @@ CallPlan* CallPlan::read(ITypeInfo* info) noexcept {
                 FUNCDESC* fd;
                 ~Release() { info->ReleaseFuncDesc(fd); }
             } release{own.get(), fd};
-            Member m{fd->memid, fd->invkind, {}};
+            Member m;
+            m.id = fd->memid;
+            m.kind = fd->invkind;
+            m.vtableOffset = fd->oVft;
+            m.callConvention = fd->callconv;
             // The parameters a caller passes (the result and a locale are not among them).
             for (SHORT i = 0; i < fd->cParams; ++i) {
                 const ELEMDESC& e = fd->lprgelemdescParam[i];
                 const USHORT flags = e.paramdesc.wParamFlags;
-                if (flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FLCID)) break;
+                TypeOf type = describe(own.get(), e.tdesc);
+                m.records = m.records || type.type == VT_RECORD;
+                if (flags & PARAMFLAG_FRETVAL) {
+                    m.result.type = type.type;
+                    m.result.byRef = type.byRef;
+                    m.result.object = type.object;
+                    m.result.record = std::move(type.record);
+                    break;
+                }
+                if (flags & PARAMFLAG_FLCID) break;
                 Param p;
-                const TypeOf type = describe(own.get(), e.tdesc);
                 p.type = type.type;
                 p.byRef = type.byRef;
                 p.object = type.object;
+                p.record = std::move(type.record);
                 p.optional = (flags & (PARAMFLAG_FOPT | PARAMFLAG_FHASDEFAULT)) != 0;
                 if ((flags & PARAMFLAG_FHASDEFAULT) && e.paramdesc.pparamdescex) {
                     p.hasDefault = true;
@@ -337,6 +354,143 @@ void CallArguments::finish(UINT position, UINT* argErr) noexcept {
     writeBacks_.clear();
 }
 
+namespace {
+
+// The record a record argument holds (by value, by reference, or in a host's variable),
+// if it is one of the declared kind; null otherwise.
+void* recordOf(const VARIANT& arg, IRecordInfo* declared) noexcept {
+    const VARIANT& d = deref(arg);
+    if ((V_VT(&d) & ~VT_BYREF) != VT_RECORD || !V_RECORD(&d) || !V_RECORDINFO(&d)) return nullptr;
+    GUID given{}, wanted{};
+    if (FAILED(V_RECORDINFO(&d)->GetGuid(&given)) || FAILED(declared->GetGuid(&wanted)) || given != wanted)
+        return nullptr;
+    return V_RECORD(&d);  // by value and by reference alike, the record's own storage
+}
+
+// Calls a member through its slot in the interface, as a type info's Invoke would, for
+// the members that take or return records. args are the completed arguments (see
+// CallArguments), by position last first, an assignment's value first.
+HRESULT callDirect(const CallPlan::Member& member, IUnknown* object, const DISPPARAMS& args, VARIANT* result,
+                   EXCEPINFO* excepInfo, UINT* position) noexcept {
+    const UINT count = static_cast<UINT>(member.params.size());
+    const UINT named = member.assignment() ? 1 : 0;
+    const UINT positional = args.cArgs - named;
+    try {
+        const bool hasResult = member.result.type != VT_EMPTY;
+        const UINT total = count + (hasResult ? 1 : 0);
+        std::vector<Variant> values(total);  // what is passed, by value or as the storage a pointer points to
+        std::vector<VARIANT> passed(total);
+        std::vector<VARIANTARG*> pointers(total);
+        std::vector<VARTYPE> types(total);
+        auto byPointer = [&](UINT i, void* p) {
+            V_VT(&passed[i]) = VT_BYREF | VT_I4;  // a pointer, whatever it points to
+            V_BYREF(&passed[i]) = p;
+            types[i] = V_VT(&passed[i]);
+        };
+        for (UINT i = 0; i < count; ++i) {
+            const CallPlan::Param& p = member.params[i];
+            const UINT at = named && i == count - 1 ? 0 : i < positional ? args.cArgs - 1 - i : CallArguments::noPosition;
+            VARIANT* arg = at == CallArguments::noPosition || omitted(args.rgvarg[at]) ? nullptr : &args.rgvarg[at];
+            pointers[i] = &passed[i];
+            if (p.type == VT_RECORD) {
+                void* record = arg && p.byRef ? recordOf(*arg, p.record.get()) : nullptr;
+                if (!record) {
+                    *position = at;
+                    return arg ? DISP_E_TYPEMISMATCH : DISP_E_PARAMNOTOPTIONAL;
+                }
+                byPointer(i, record);
+                continue;
+            }
+            if (!arg) {
+                // Omitted: the default, or the missing-argument marker for an optional Variant.
+                if (p.hasDefault)
+                    values[i] = Variant::copyOf(*p.defaultValue);
+                else if (p.optional && p.type == VT_VARIANT)
+                    values[i] = Variant::missing();
+                else
+                    return DISP_E_PARAMNOTOPTIONAL;
+            } else if (p.byRef && V_VT(arg) == (VT_BYREF | p.type)) {
+                byPointer(i, V_BYREF(arg));  // the caller's own storage
+                continue;
+            } else if (p.byRef && p.type == VT_VARIANT && !(V_VT(arg) & VT_BYREF)) {
+                byPointer(i, arg);  // a value written into in place, as a type info does
+                continue;
+            } else {
+                values[i] = Variant::copyOf(*arg);
+            }
+            if (p.type != VT_VARIANT && values[i].type() != p.type) {
+                Variant converted;
+                const HRESULT hr = VariantChangeType(converted.put(), values[i].get(), 0, p.type);
+                if (FAILED(hr)) {
+                    *position = at;
+                    return hr == DISP_E_OVERFLOW ? hr : DISP_E_TYPEMISMATCH;
+                }
+                values[i] = std::move(converted);
+            }
+            if (p.object != GUID_NULL && V_UNKNOWN(values[i].get())) {
+                // The declared interface of the object (checked before the call).
+                IUnknown* declared = nullptr;
+                if (FAILED(V_UNKNOWN(values[i].get())->QueryInterface(p.object, reinterpret_cast<void**>(&declared)))) {
+                    *position = at;
+                    return DISP_E_TYPEMISMATCH;
+                }
+                V_UNKNOWN(values[i].put()) = declared;
+                V_VT(values[i].get()) = p.type;
+            }
+            if (p.byRef) {
+                byPointer(i, p.type == VT_VARIANT ? values[i].get() : static_cast<void*>(&V_I4(values[i].get())));
+            } else {
+                passed[i] = *values[i].get();  // lent: values[i] still owns it
+                types[i] = p.type;
+            }
+        }
+        // The result's storage.
+        ComPtr<IRecordInfo> resultRecord = member.result.record;
+        void* record = nullptr;
+        if (hasResult) {
+            pointers[count] = &passed[count];
+            if (member.result.type == VT_RECORD) {
+                record = resultRecord->RecordCreate();
+                if (!record) return E_OUTOFMEMORY;
+                byPointer(count, record);
+            } else {
+                V_VT(values[count].get()) = member.result.type;  // zeroed: the member's out parameter
+                byPointer(count, member.result.type == VT_VARIANT ? values[count].get()
+                                                                  : static_cast<void*>(&V_I4(values[count].get())));
+            }
+        }
+        VARIANT returned;
+        VariantInit(&returned);
+        HRESULT hr = DispCallFunc(object, static_cast<ULONG_PTR>(member.vtableOffset), member.callConvention, VT_ERROR,
+                                  total, types.data(), pointers.data(), &returned);
+        if (SUCCEEDED(hr)) hr = V_ERROR(&returned);
+        if (FAILED(hr)) {
+            if (record) resultRecord->RecordDestroy(record);
+            if (hr != lastError().hr && excepInfo) {
+                // A failure the member did not report through its boundary, as a type info passes it on.
+                *excepInfo = EXCEPINFO{};
+                excepInfo->scode = hr;
+                return DISP_E_EXCEPTION;
+            }
+            return hr;
+        }
+        if (!result) {
+            if (record) resultRecord->RecordDestroy(record);
+        } else if (record) {
+            V_VT(result) = VT_RECORD;
+            V_RECORD(result) = record;
+            V_RECORDINFO(result) = resultRecord.detach();
+        } else if (hasResult) {
+            values[count].detachTo(result);
+        }
+        return S_OK;
+    } catch (...) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+}  // namespace
+
 HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DISPID id, WORD flags,
                      DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept {
     if (!info || !plan) return E_UNEXPECTED;
@@ -356,7 +510,8 @@ HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DI
         return hr;
     }
     if (result) VariantInit(result);  // an out parameter: what it held is not ours to free
-    hr = info->Invoke(object, id, flags, pass, result, excepInfo, &position);
+    hr = member->records ? callDirect(*member, object, *pass, result, excepInfo, &position)
+                         : info->Invoke(object, id, flags, pass, result, excepInfo, &position);
     args.finish(position, argErr);
     // A failed call has no result: not even the empty text a type info makes of a null one.
     if (FAILED(hr) && result) VariantClear(result);

@@ -42,13 +42,20 @@ public:
         bool hasDefault = false;
         Variant defaultValue;
         GUID object = GUID_NULL;  // an object's declared interface (type VT_DISPATCH or VT_UNKNOWN)
+        ComPtr<IRecordInfo> record;  // a record's description (type VT_RECORD)
         // The type a completion stores a by-reference value of, or VT_EMPTY.
         VARTYPE completable() const noexcept;
     };
     struct Member {
-        DISPID id;
-        INVOKEKIND kind;
+        DISPID id = DISPID_UNKNOWN;
+        INVOKEKIND kind = INVOKE_FUNC;
         std::vector<Param> params;  // the parameters a caller passes, in order
+        Param result;               // the [out, retval] parameter, if any (type VT_EMPTY if not)
+        SHORT vtableOffset = 0;
+        CALLCONV callConvention = CC_STDCALL;
+        // Takes or returns a record: called by the dispatch base itself (a type info's
+        // Invoke may have no records: Wine's has none).
+        bool records = false;
         // A property assignment: the last parameter is the value, passed as the named
         // argument DISPID_PROPERTYPUT.
         bool assignment() const noexcept { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
