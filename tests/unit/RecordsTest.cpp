@@ -1,9 +1,10 @@
-// Members that take or return records, called through IDispatch::Invoke as a VB6 or VBA
-// host calls them: a record by value (VT_RECORD) or a variable by reference
-// (VT_BYREF | VT_RECORD), each with its IRecordInfo; a record result comes back as
-// VT_RECORD. (VBScript cannot make records.)
+// Records as hosts pass them. Members that take or return records, called through
+// IDispatch::Invoke as a VB6 or VBA host calls them: a record by value (VT_RECORD) or a
+// variable by reference (VT_BYREF | VT_RECORD), each with its IRecordInfo; a record
+// result comes back as VT_RECORD (VBScript cannot make records). And arrays of records.
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/Convert.h"
+#include "core/runtime/SafeArray.h"
 
 #include "TestSupport.h"
 #include "Vx_Main.h"
@@ -104,4 +105,26 @@ TEST(RecordArguments, RectanglesInAndOut) {
     EXPECT_EQ(filled->top, 20);
     EXPECT_EQ(filled->right, 110);
     DestroyWindow(window);
+}
+
+TEST(RecordArrays, ElementsAreCopiedWithTheirDescription) {
+    auto info = recordInfo(L"RECT");
+    ASSERT_TRUE(info);
+    SAFEARRAY* sa = SafeArrayCreateVectorEx(VT_RECORD, 0, 2, info.get());
+    ASSERT_TRUE(sa);
+    Vx_RECT* rects = nullptr;
+    ASSERT_EQ(SafeArrayAccessData(sa, reinterpret_cast<void**>(&rects)), S_OK);
+    rects[1] = Vx_RECT{5, 6, 7, 8};
+    SafeArrayUnaccessData(sa);
+    Variant array;
+    V_VT(array.get()) = VT_ARRAY | VT_RECORD;
+    V_ARRAY(array.get()) = sa;
+    Variant element = ArrayView(*array).at(1);
+    ASSERT_EQ(element.type(), VT_RECORD);
+    EXPECT_EQ(static_cast<const Vx_RECT*>(V_RECORD(element.get()))->bottom, 8);
+    GUID guid{};
+    ASSERT_EQ(V_RECORDINFO(element.get())->GetGuid(&guid), S_OK);
+    GUID expected{};
+    info->GetGuid(&expected);
+    EXPECT_EQ(guid, expected);
 }
