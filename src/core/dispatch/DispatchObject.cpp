@@ -18,8 +18,8 @@ HRESULT finishInvoke(HRESULT hr, EXCEPINFO* excepInfo) noexcept {
             SysFreeString(excepInfo->bstrHelpFile);
             *excepInfo = EXCEPINFO{};
             excepInfo->scode = e.hr;
-            excepInfo->bstrSource = SysAllocString(e.source.c_str());
-            excepInfo->bstrDescription = SysAllocString(e.description.c_str());
+            excepInfo->bstrSource = SysAllocString(e.sourceText());
+            excepInfo->bstrDescription = SysAllocString(e.descriptionText());
         }
         return DISP_E_EXCEPTION;
     }
