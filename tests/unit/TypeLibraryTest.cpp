@@ -252,3 +252,20 @@ TEST(TypeLibrary, AddParametersAreOptionalWithTheirDefaults) {
     }
     list->ReleaseFuncDesc(fd);
 }
+
+TEST(TypeLibrary, TheCachesKeepWhatWasReadButNoFailure) {
+    // What the library, the interfaces' type infos and their call plans are kept in: a
+    // failed first read (a library that could not be loaded yet) is tried again.
+    static int* volatile slot = nullptr;
+    int value = 7, other = 8, made = 0, discarded = 0;
+    auto discard = [&](int*) { ++discarded; };
+    EXPECT_EQ(keptOnceMade(slot, [&]() -> int* { ++made; return nullptr; }, discard), nullptr);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &value; }, discard), &value);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &other; }, discard), &value);
+    EXPECT_EQ(made, 2);
+    EXPECT_EQ(discarded, 0);
+    // A value made meanwhile by another thread wins; the late one is discarded.
+    static int* volatile raced = nullptr;
+    EXPECT_EQ(keptOnceMade(raced, [&] { raced = &value; return &other; }, discard), &value);
+    EXPECT_EQ(discarded, 1);
+}

@@ -236,13 +236,14 @@ protected:
     }
 
 private:
+    // Read on first use and kept for the module's life (a failure is not kept).
     static ITypeInfo* interfaceInfo() noexcept {
-        static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));  // kept for the module's life
-        return info;
+        static ITypeInfo* volatile info = nullptr;
+        return keptOnceMade(info, [] { return typeInfoOf(__uuidof(Interface)); }, [](ITypeInfo* ti) { ti->Release(); });
     }
     static const CallPlan* callPlan() noexcept {
-        static const CallPlan* const plan = CallPlan::read(interfaceInfo());  // kept for the module's life
-        return plan;
+        static CallPlan* volatile plan = nullptr;
+        return keptOnceMade(plan, [] { return CallPlan::read(interfaceInfo()); }, [](CallPlan* p) { delete p; });
     }
 
     volatile LONG refs_ = 1;
