@@ -20,7 +20,8 @@ endif()
 set(VX_STDOLE_DIR /usr/lib/x86_64-linux-gnu/wine/x86_64-windows CACHE PATH "Folder holding stdole2.tlb for importlib (Debian package wine64)")
 
 # vx_typelib(<idl> <output name> DEPENDS <included fragments...>)
-# Produces <bin>/<name>.tlb, <bin>/<name>.h and <bin>/<name>_i.c.
+# Produces <bin>/<name>.tlb, <bin>/<name>.h, <bin>/<name>_i.c and <bin>/<name>Enums.h (the
+# enumerations' values as C++ constants, see cmake/enum-constants.pl).
 function(vx_typelib idl name)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})
   set(out ${CMAKE_CURRENT_BINARY_DIR})
@@ -28,7 +29,7 @@ function(vx_typelib idl name)
   set(cpp ${CMAKE_C_COMPILER} -E -P -x c -I${idl_dir})
   set(widl ${VX_WIDL_EXE} ${_vx_widl_arch} -I${VX_WINE_IDL_DIR} -L${VX_STDOLE_DIR})
   add_custom_command(
-    OUTPUT ${out}/${name}.tlb ${out}/${name}.h ${out}/${name}_i.c
+    OUTPUT ${out}/${name}.tlb ${out}/${name}.h ${out}/${name}_i.c ${out}/${name}Enums.h
     COMMAND ${cpp} ${idl} -o ${out}/${name}.tlb.idl
     COMMAND ${cpp} -DVX_CPP_HEADER ${idl} -o ${out}/${name}.h.idl
     # widl warns of every non-zero default on a pointer parameter, which in a type library
@@ -36,10 +37,11 @@ function(vx_typelib idl name)
     # check that it arrives); that one message is left out, widl's exit status kept.
     COMMAND bash -c "set -o pipefail; \"$@\" 2>&1 | { grep -v 'non-null pointer default value' || true; }"
             widl ${widl} -t -o ${out}/${name}.tlb ${out}/${name}.tlb.idl
-    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb ${out}/${name}.tlb.idl
     COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
     COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
-    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl ${out}/${name}.tlb.idl ${out}/${name}Enums.h
+    DEPENDS ${idl} ${ARG_DEPENDS} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl
     COMMENT "Type library ${name} (widl)"
     VERBATIM)
 endfunction()

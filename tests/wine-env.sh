@@ -13,10 +13,7 @@ case ${VX_WINE_ARCH:-win64} in
   win32)
     [ -n "${VX_W32NS:-}" ] || exec "$here/win32/w32ns.sh" "$0" "$@"
     loader=${VX_WINE_LOADER:-/usr/lib/wine/wine}
-    export WINEARCH=win32
-    # A crashing program reports its crash and ends: Wine's debugger, which would print a
-    # backtrace, can hang for good when it attaches under qemu.
-    crash_debugger=winedbg.exe, ;;
+    export WINEARCH=win32 ;;
   *) echo "wine-env.sh: VX_WINE_ARCH must be win64 or win32" >&2; exit 2 ;;
 esac
 lang=en_US.UTF-8
@@ -24,7 +21,15 @@ if [ "${1:-}" = "--lang" ]; then lang=$2; shift 2; fi
 : "${VX_WINEPREFIX:?VX_WINEPREFIX must name the test prefix}"
 export WINEPREFIX=$VX_WINEPREFIX
 export WINEDEBUG=${WINEDEBUG:--all}
-export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"${crash_debugger:-}mscoree,mshtml,winemenubuilder.exe="}
+# A crashing program reports its crash and ends: Wine's debugger, which would attach and
+# wait (for good, under qemu), is switched off, so a crash ends its test at once.
+export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"winedbg.exe,mscoree,mshtml,winemenubuilder.exe="}
+# What Wine keeps in the user's own folders stays inside the prefix: the recycle bin (a
+# delete with undo goes to $XDG_DATA_HOME/Trash), and the sound configuration, which
+# gives Wine one silent ALSA device, so that mixer tests never reach the machine's sound.
+export XDG_DATA_HOME=$WINEPREFIX/xdg/data XDG_CONFIG_HOME=$WINEPREFIX/xdg/config
+mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME/alsa"
+[ -f "$XDG_CONFIG_HOME/alsa/asoundrc" ] || printf 'pcm.!default { type null }\n' >"$XDG_CONFIG_HOME/alsa/asoundrc"
 export TZ=UTC
 # Wine reads the locale from these; they are set for Wine only (the Linux locale need
 # not be installed).

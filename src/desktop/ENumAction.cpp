@@ -3,16 +3,14 @@
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
+#include "Vx_MainEnums.h"
 #include "desktop/EnumChid.h"
-#include "desktop/WindowModule.h"
-
-#include <climits>
+#include "shared/Windows.h"
 
 namespace vx {
 
 namespace {
 
-constexpr UINT kBmGetCheck = 240, kBmSetCheck = 241, kBmClick = 245;
 enum Edge { kLeft, kTop, kWidth, kHeight };
 
 Vx_RECT toRecord(const RECT& r) { return Vx_RECT{r.left, r.top, r.right, r.bottom}; }
@@ -24,14 +22,6 @@ ComPtr<_Ds_ENumAction> ENumAction::forWindow(LONG hwnd, std::wstring key) {
     object->handle_ = hwnd;
     object->key_ = std::move(key);
     return ComPtr<_Ds_ENumAction>(object.get());
-}
-
-_Ds_EnumChid* ENumAction::finder() {
-    if (!finder_) {
-        auto created = EnumChid::create();
-        finder_ = ComPtr<_Ds_EnumChid>(created.get());
-    }
-    return finder_.get();
 }
 
 HRESULT ENumAction::get_MyHwndWin(LONG* value) { return giveField(handle_, value); }
@@ -55,30 +45,26 @@ HRESULT ENumAction::GoShowWindows(Flag_ShowPostion ActionWin) {
     return S_OK;
 }
 
-HRESULT ENumAction::HideMenu(BSTR FullHide) {
-    return guard([&] { check(finder()->HideMenuForm(handle_, FullHide)); });
-}
+// Does nothing, as the finder's HideMenuForm.
+HRESULT ENumAction::HideMenu(BSTR) { return S_OK; }
 
 HRESULT ENumAction::IsHitTestXY(VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] { check(finder()->IsHitTest(handle_, result)); });
+    return deliver(result, [&] { return EnumChid::isHitTest(handle_); });
 }
 
 HRESULT ENumAction::Click(Flag_TypeSend SendMy) {
-    return guard([&] {
-        Variant ignored;
-        check(finder()->ActionSend(handle_, kBmClick, 0, *Variant::fromLong(0), SendMy, ignored.put()));
-    });
+    return guard([&] { EnumChid::actionSend(handle_, BM_CLICK, 0, *Variant::fromLong(0), SendMy); });
 }
 
 HRESULT ENumAction::get_ClickCheckBox(Flag_TypeSend SendMy, VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    *value = VARIANT_FALSE;
-    return guard([&] {
-        Variant state;
-        check(finder()->ActionSend(handle_, kBmGetCheck, 0, *Variant::fromLong(0), SendMy, state.put()));
-        *value = toVariantBool(toBool(*state));
+    return deliver(value, [&] {
+        if (SendMy == F_SendMessage) {
+            // A read: a window that does not answer reads as unchecked instead of hanging the caller.
+            LRESULT state = 0;
+            window::sendToRead(toHwnd(handle_), BM_GETCHECK, 0, 0, state);
+            return static_cast<LONG>(state) != 0;
+        }
+        return toBool(*EnumChid::actionSend(handle_, BM_GETCHECK, 0, *Variant::fromLong(0), SendMy));
     });
 }
 
@@ -87,10 +73,7 @@ HRESULT ENumAction::get_ClickOption(Flag_TypeSend SendMy, VARIANT_BOOL* value) {
 }
 
 HRESULT ENumAction::put_ClickCheckBox(Flag_TypeSend SendMy, VARIANT_BOOL value) {
-    return guard([&] {
-        Variant ignored;
-        check(finder()->ActionSend(handle_, kBmSetCheck, value ? 1 : 0, *Variant::fromLong(0), SendMy, ignored.put()));
-    });
+    return guard([&] { EnumChid::actionSend(handle_, BM_SETCHECK, value ? 1 : 0, *Variant::fromLong(0), SendMy); });
 }
 
 HRESULT ENumAction::put_ClickOption(Flag_TypeSend SendMy, VARIANT_BOOL value) {
@@ -98,9 +81,7 @@ HRESULT ENumAction::put_ClickOption(Flag_TypeSend SendMy, VARIANT_BOOL value) {
 }
 
 HRESULT ENumAction::get_Title(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(window::readText(toHwnd(handle_))).detach(); });
+    return deliver(value, [&] { return window::readText(toHwnd(handle_)); });
 }
 
 HRESULT ENumAction::put_Title(BSTR value) {
@@ -108,9 +89,7 @@ HRESULT ENumAction::put_Title(BSTR value) {
 }
 
 HRESULT ENumAction::get_ParentTitle(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(window::readText(GetParent(toHwnd(handle_)))).detach(); });
+    return deliver(value, [&] { return window::readText(GetParent(toHwnd(handle_))); });
 }
 
 HRESULT ENumAction::put_ParentTitle(BSTR value) {
@@ -118,9 +97,7 @@ HRESULT ENumAction::put_ParentTitle(BSTR value) {
 }
 
 HRESULT ENumAction::get_Enabled(VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    *value = toVariantBool(IsWindowEnabled(toHwnd(handle_)) != 0);
-    return S_OK;
+    return deliver(value, [&] { return IsWindowEnabled(toHwnd(handle_)) != 0; });
 }
 
 HRESULT ENumAction::put_Enabled(VARIANT_BOOL value) {
@@ -129,9 +106,7 @@ HRESULT ENumAction::put_Enabled(VARIANT_BOOL value) {
 }
 
 HRESULT ENumAction::get_Visible(VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    *value = toVariantBool(IsWindowVisible(toHwnd(handle_)) != 0);
-    return S_OK;
+    return deliver(value, [&] { return IsWindowVisible(toHwnd(handle_)) != 0; });
 }
 
 HRESULT ENumAction::put_Visible(VARIANT_BOOL value) {
@@ -140,53 +115,47 @@ HRESULT ENumAction::put_Visible(VARIANT_BOOL value) {
 }
 
 HRESULT ENumAction::get_ParentHwnd(LONG* value) {
-    if (!value) return E_POINTER;
-    *value = toLong(GetParent(toHwnd(handle_)));
-    return S_OK;
+    return deliver(value, [&] { return toLong(GetParent(toHwnd(handle_))); });
 }
 
+// Neither is ever enabled: both are always False.
 HRESULT ENumAction::get_IsEnableUser(VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    *value = VARIANT_FALSE;
-    return S_OK;
+    return deliver(value, [] { return false; });
 }
 
 HRESULT ENumAction::get_IsEnableSystem(VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    *value = VARIANT_FALSE;
-    return S_OK;
+    return deliver(value, [] { return false; });
 }
 
 HRESULT ENumAction::SubChildEnum(Flag_TypeOutput TOut, _Ds_ListChild** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { check(finder()->EWinChild(*Variant::fromLong(handle_), TOut, result)); });
+    return deliver(result, [&] { return EnumChid::listChildren(*Variant::fromLong(handle_), TOut); });
 }
 
 HRESULT ENumAction::get_WinState(Flag_WindowState* value) {
-    if (!value) return E_POINTER;
-    const HWND hwnd = toHwnd(handle_);
-    const bool zoomed = IsZoomed(hwnd) != 0;
-    *value = zoomed ? 2 : (IsIconic(hwnd) ? 1 : 0);
-    return S_OK;
+    return deliver(value, [&] {
+        const HWND hwnd = toHwnd(handle_);
+        return IsZoomed(hwnd) ? wmMaximized : (IsIconic(hwnd) ? wmMinimized : wmNormal);
+    });
 }
 
 HRESULT ENumAction::put_WinState(Flag_WindowState value) {
-    static const int commands[] = {SW_SHOWNORMAL, SW_MINIMIZE, SW_MAXIMIZE};
-    if (value >= 0 && value <= 2) ShowWindow(toHwnd(handle_), commands[value]);
+    switch (value) {
+    case wmNormal: ShowWindow(toHwnd(handle_), SW_SHOWNORMAL); break;
+    case wmMinimized: ShowWindow(toHwnd(handle_), SW_MINIMIZE); break;
+    case wmMaximized: ShowWindow(toHwnd(handle_), SW_MAXIMIZE); break;
+    default: break;
+    }
     return S_OK;
 }
 
 HRESULT ENumAction::givePlacement(LONG Vx_RECT::*field, VARIANT_BOOL twips, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
+    return deliver(value, [&] {
         Vx_RECT r{};
-        check(finder()->GetWinPlace(handle_, &r));
+        EnumChid::windowPlacement(handle_, r);
         // All four are scaled, so a field that overflows fails whichever is asked for.
         const Vx_RECT s{window::scaled(r.left, twips), window::scaled(r.top, twips), window::scaled(r.right, twips),
                         window::scaled(r.bottom, twips)};
-        *value = s.*field;
+        return s.*field;
     });
 }
 
@@ -208,9 +177,7 @@ LONG ENumAction::edge(int which) const {
 }
 
 HRESULT ENumAction::giveEdge(int which, VARIANT_BOOL twips, LONG* value) const {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] { *value = window::scaled(edge(which), twips); });
+    return deliver(value, [&] { return window::scaled(edge(which), twips); });
 }
 
 // The new value is passed as given (scaled only to check that it fits), the other three
@@ -247,95 +214,71 @@ HRESULT ENumAction::put_HeightTX(VARIANT_BOOL IsPixcel, LONG value) {
 HRESULT ENumAction::get_HeightTX(VARIANT_BOOL IsPixcel, LONG* value) { return giveEdge(kHeight, IsPixcel, value); }
 
 HRESULT ENumAction::get_Class(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(window::readClass(toHwnd(handle_))).detach(); });
+    return deliver(value, [&] { return window::readClass(toHwnd(handle_)); });
 }
 
 HRESULT ENumAction::get_ParentClass(BSTR* value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] { *value = Bstr(window::readClass(GetParent(toHwnd(handle_)))).detach(); });
+    return deliver(value, [&] { return window::readClass(GetParent(toHwnd(handle_))); });
 }
 
 HRESULT ENumAction::get_PostionRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetWindowRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
-}
-
-HRESULT ENumAction::get_SizeRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetClientRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
-}
-
-HRESULT ENumAction::get_SubParent(_Ds_ENumAction** value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
     return guard([&] {
-        *value = forWindow(toLong(GetParent(toHwnd(handle_)))).detach();
+        RECT r{};
+        GetWindowRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
     });
 }
 
+HRESULT ENumAction::get_SizeRect(Vx_RECT* value) {
+    return guard([&] {
+        RECT r{};
+        GetClientRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
+    });
+}
+
+HRESULT ENumAction::get_SubParent(_Ds_ENumAction** value) {
+    return deliver(value, [&] { return forWindow(toLong(GetParent(toHwnd(handle_)))); });
+}
+
 HRESULT ENumAction::get_IsTaskbar(VARIANT_BOOL* value) {
-    if (!value) return E_POINTER;
-    constexpr LONG visibleAndBorder = WS_VISIBLE | WS_BORDER;
-    *value = toVariantBool((GetWindowLongA(toHwnd(handle_), GWL_STYLE) & visibleAndBorder) == visibleAndBorder);
-    return S_OK;
+    return deliver(value, [&] {
+        constexpr LONG visibleAndBorder = WS_VISIBLE | WS_BORDER;
+        return (GetWindowLongA(toHwnd(handle_), GWL_STYLE) & visibleAndBorder) == visibleAndBorder;
+    });
 }
 
 HRESULT ENumAction::get_Style(VARIANT_BOOL OnlyNumber, VARIANT* value) {
-    if (!value) return E_POINTER;
-    VariantInit(value);
-    return guard([&] {
+    return deliver(value, [&] {
         const HWND hwnd = toHwnd(handle_);
-        if (OnlyNumber)
-            Variant::fromLong(GetWindowLongA(hwnd, GWL_STYLE)).detachTo(value);
-        else
-            Variant::fromText(window::styleReport(hwnd)).detachTo(value);
+        return OnlyNumber ? Variant::fromLong(GetWindowLongA(hwnd, GWL_STYLE)) : Variant::fromText(window::styleReport(hwnd));
     });
 }
 
 HRESULT ENumAction::get_ControlID(VARIANT_BOOL OnlyHex, VARIANT* value) {
-    if (!value) return E_POINTER;
-    VariantInit(value);
-    return guard([&] {
+    return deliver(value, [&] {
         const LONG id = GetWindowLongA(toHwnd(handle_), GWL_ID);
-        if (OnlyHex)
-            Variant::fromText(window::hexText(id)).detachTo(value);
-        else
-            Variant::fromLong(id).detachTo(value);
+        return OnlyHex ? Variant::fromText(window::hexText(id)) : Variant::fromLong(id);
     });
 }
 
 HRESULT ENumAction::SizeWinPlace(LONG nLeft, LONG nTop, LONG nWidth, LONG nHeight) {
-    return guard([&] { check(finder()->SetSizeWinPlace(handle_, nLeft, nTop, nWidth, nHeight)); });
+    return guard([&] { EnumChid::setWindowPlacement(handle_, nLeft, nTop, nWidth, nHeight); });
 }
 
 HRESULT ENumAction::MySizeRect(Vx_RECT* MySize) {
-    if (!MySize) return E_POINTER;
-    return guard([&] { check(finder()->GetWinPlace(handle_, MySize)); });
+    return guard([&] { EnumChid::windowPlacement(handle_, required(MySize)); });
 }
 
 HRESULT ENumAction::SetText(BSTR sText, Flag_TypeMaching IsTypeMaching) {
-    return guard([&] {
-        LONG target = handle_;
-        check(finder()->SetTextMaching(sText, &target, IsTypeMaching, *Variant::missing()));
-    });
+    return guard([&] { EnumChid::setTextMaching(std::wstring(viewOf(sText)), handle_, IsTypeMaching, *Variant::missing()); });
 }
 
 HRESULT ENumAction::SendMsg(LONG wMsg, LONG wParam, VARIANT iParam, Flag_TypeSend SendMy, LONG nHwndl,
                             VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] {
+    return deliver(result, [&] {
         const LONG target = nHwndl == -1 ? handle_ : nHwndl;
-        check(finder()->ActionSend(target, wMsg, wParam, iParam, SendMy, result));
+        return EnumChid::actionSend(target, wMsg, wParam, iParam, SendMy);
     });
 }
 
@@ -348,9 +291,7 @@ HRESULT ENumAction::CloseWindowXP() {
 }
 
 HRESULT ENumAction::SubParentEnumX(Flag_TypeOutput TOut, _Ds_ListChild** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { check(finder()->SubParentEnum(handle_, TOut, result)); });
+    return deliver(result, [&] { return EnumChid::listAncestors(handle_, TOut); });
 }
 
 }  // namespace vx

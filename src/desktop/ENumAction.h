@@ -1,6 +1,6 @@
 #pragma once
-// Ds_ENumAction: one window of any program, held by its handle. Most members delegate
-// to a private Ds_EnumChid, created on first use.
+// Ds_ENumAction: one window of any program, held by its handle. Most members run the
+// finder's (Ds_EnumChid's) bodies on this window.
 #include "Vx_Main.h"
 #include "core/dispatch/DispatchObject.h"
 
@@ -71,9 +71,7 @@ public:
     HRESULT STDMETHODCALLTYPE SubParentEnumX(Flag_TypeOutput TOut, _Ds_ListChild** result) override;
 
 private:
-    // The private Ds_EnumChid most members delegate to.
-    _Ds_EnumChid* finder();
-    // One field of the normal-position rectangle, through the finder; x 15 when twips.
+    // One field of the normal-position rectangle; x 15 when twips.
     HRESULT givePlacement(LONG Vx_RECT::*field, VARIANT_BOOL twips, LONG* value);
     // Left and top of the window, width and height of its client area, in pixels.
     LONG edge(int which) const;
@@ -83,7 +81,6 @@ private:
 
     LONG handle_ = 0;
     std::wstring key_;
-    ComPtr<_Ds_EnumChid> finder_;
 };
 
 }  // namespace vx

@@ -2,7 +2,7 @@
 // Ds_EnumChid: finding windows by path, title or class, waiting for them, listing their
 // children and ancestors, reading geometry, and driving windows with messages and
 // simulated keyboard and mouse input. It has no fields: what the enumerations collect
-// lives in the process-wide tables of WindowModule.
+// lives in the process-wide tables of shared/Windows.h.
 #include "Vx_Main.h"
 #include "core/dispatch/DispatchObject.h"
 #include "core/runtime/Variant.h"
@@ -56,9 +56,9 @@ public:
     HRESULT STDMETHODCALLTYPE EWinChild(VARIANT nHwnd, Flag_TypeOutput TOut, _Ds_ListChild** result) override;
     HRESULT STDMETHODCALLTYPE SubParentEnum(LONG MyHwndWin, Flag_TypeOutput TOut, _Ds_ListChild** result) override;
 
-    // The bodies the members share, for callers inside the library (they throw).
+    // The bodies the members share, for the window object and other callers inside the
+    // library (they throw).
     static void keyPress(int16_t code, const VARIANT& waitNumber, LONG typeKey);
-    static void waitDoEvents(const VARIANT& numberWithMultiple, const VARIANT& secondTime);
     static Variant actionSend(LONG hwnd, LONG msg, LONG wParam, const VARIANT& lParam, LONG sendMy);
     static void windowsClose(LONG hwnd);
     static void setTextMaching(const std::wstring& text, LONG hwnd, LONG typeMaching, const VARIANT& waitNumber);
@@ -66,6 +66,9 @@ public:
     static ComPtr<_Ds_ListChild> listAncestors(LONG hwnd, LONG tOut);
     static void windowPlacement(LONG hwnd, Vx_RECT& rect);
     static void setWindowPlacement(LONG hwnd, LONG left, LONG top, LONG right, LONG bottom);
+    static bool isHitTest(LONG hwnd);
+    static void imageOfWindow(LONG hwnd, IDispatch* form);
+    static void formAlpha(LONG hwnd, LONG alpha);
 };
 
 }  // namespace vx

@@ -3,7 +3,7 @@
 #include "core/runtime/Convert.h"
 #include "core/runtime/Text.h"
 #include "desktop/ENumAction.h"
-#include "desktop/WindowModule.h"
+#include "shared/Windows.h"
 
 namespace vx {
 
@@ -17,20 +17,15 @@ ComPtr<_Ds_ENumAction> ListChild::addEntry(Which which, LONG hwnd, const std::ws
 }
 
 HRESULT ListChild::get_Count(LONG* value) {
-    if (!value) return E_POINTER;
-    *value = main_.count();
-    return S_OK;
+    return deliver(value, [&] { return main_.count(); });
 }
 
 HRESULT ListChild::Remove(VARIANT* Index) {
-    if (!Index) return E_POINTER;
-    return guard([&] { main_.remove(*Index); });
+    return guard([&] { main_.remove(required(Index)); });
 }
 
 HRESULT ListChild::item(Which which, const VARIANT& index, _Ds_ENumAction** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = ComPtr<_Ds_ENumAction>(list(which).item(index)).detach(); });
+    return deliver(result, [&] { return list(which).item(index); });
 }
 
 HRESULT ListChild::ItemTitle(VARIANT Index, _Ds_ENumAction** result) { return item(Titles, Index, result); }
@@ -38,34 +33,23 @@ HRESULT ListChild::ItemClass(VARIANT Index, _Ds_ENumAction** result) { return it
 HRESULT ListChild::Item(VARIANT Index, _Ds_ENumAction** result) { return item(Main, Index, result); }
 
 HRESULT ListChild::Add(LONG nHwnd, BSTR KeyPath, _Ds_ENumAction** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = addEntry(Main, nHwnd, std::wstring(viewOf(KeyPath))).detach(); });
+    return deliver(result, [&] { return addEntry(Main, nHwnd, std::wstring(viewOf(KeyPath))); });
 }
 
 HRESULT ListChild::AddCaption(BSTR MyTitle, LONG nHwnd, _Ds_ENumAction** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = addEntry(Titles, nHwnd, std::wstring(viewOf(MyTitle))).detach(); });
+    return deliver(result, [&] { return addEntry(Titles, nHwnd, std::wstring(viewOf(MyTitle))); });
 }
 
 HRESULT ListChild::AddClass(BSTR MyClass, LONG nHwnd, _Ds_ENumAction** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = addEntry(Classes, nHwnd, std::wstring(viewOf(MyClass))).detach(); });
+    return deliver(result, [&] { return addEntry(Classes, nHwnd, std::wstring(viewOf(MyClass))); });
 }
 
 // Entries whose class (or title), read anew from the window, contains the search text
 // without regard to case; the caller's variable is left lower-cased.
 HRESULT ListChild::countContaining(Which which, VARIANT* search, LONG* value) {
-    if (!value) return E_POINTER;
-    *value = 0;
-    return guard([&] {
+    return deliver(value, [&] {
         List& entries = list(which);
-        if (!search || isMissing(*search)) {
-            *value = entries.count();
-            return;
-        }
+        if (!search || isMissing(*search)) return entries.count();
         const std::wstring wanted = lower(toText(*search));
         writeBack(*search, *Variant::fromText(wanted));
         LONG count = 0;
@@ -76,7 +60,7 @@ HRESULT ListChild::countContaining(Which which, VARIANT* search, LONG* value) {
             const std::wstring text = lower(which == Classes ? window::readClass(hwnd) : window::readText(hwnd));
             if (wanted.empty() || inStr(text, wanted) > 0) ++count;
         }
-        *value = count;
+        return count;
     });
 }
 

@@ -1,7 +1,10 @@
 #include "registry/Reg.h"
 
+#include "Vx_MainEnums.h"
+#include "core/dispatch/Defaults.h"
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
+#include "core/runtime/Handles.h"
 #include "core/runtime/SafeArray.h"
 #include "core/runtime/Text.h"
 #include "registry/RegEnumKey.h"
@@ -24,8 +27,6 @@ using namespace registry;
 namespace {
 
 const wchar_t settingsKey[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Hollowin\\";
-
-constexpr long readFlag = 1;
 
 // ---- values ----
 
@@ -99,10 +100,9 @@ std::string bytesOfArray(const VARIANT& value) {
     bytes.reserve(static_cast<size_t>(high - low) + 1);
     const VARTYPE element = valueType(value) & ~VT_ARRAY;
     if (element == VT_UI1 || element == VT_I1) {
-        void* p = nullptr;
-        check(SafeArrayAccessData(view.get(), &p));
-        bytes.assign(static_cast<const char*>(p), static_cast<size_t>(high - low) + 1);
-        SafeArrayUnaccessData(view.get());
+        // Unlocked again however the copy ends: the host's array must not stay locked.
+        SafeArrayAccess data(view.get());
+        bytes.assign(data.as<const char>(), static_cast<size_t>(high - low) + 1);
         return bytes;
     }
     for (long i = low; i <= high; ++i) {
@@ -129,7 +129,7 @@ std::string binaryData(std::wstring_view text, const VARIANT* array) {
 
 Variant goRegister(long flag, long type, long root, std::wstring_view path, std::wstring_view name,
                    const VARIANT* value) {
-    if (flag == readFlag) {
+    if (flag == nRead) {
         switch (type) {
             case REG_DWORD: return Variant::fromLong(readDWord(root, path, name, 0));
             case REG_NONE:
@@ -203,7 +203,9 @@ ComPtr<_cRegKeys> keyList(long root, std::wstring_view path, const std::vector<s
     return list;
 }
 
-ComPtr<_cRegKeys> listKeys(long root, std::wstring_view path) {
+}  // namespace
+
+ComPtr<_cRegKeys> registry::listKeys(long root, std::wstring_view path) {
     const std::vector<std::wstring> names = subkeys(root, path);
     std::vector<long> counts;
     for (const std::wstring& name : names) counts.push_back(countSubkeys(root, ansi(joinPath(path, name))));
@@ -230,7 +232,7 @@ Variant dataOf(const Value& value) {
     return makeByteArray(reinterpret_cast<const unsigned char*>(value.data.data()), value.data.size());
 }
 
-ComPtr<_cRegValues> listValues(long root, std::wstring_view path) {
+ComPtr<_cRegValues> registry::listValues(long root, std::wstring_view path) {
     ComPtr<_cRegValues> list(RegValues::create().get());
     std::vector<Value> found;
     if (Key key = open(root, ansi(path), queryAccess)) found = values(key.get());
@@ -246,6 +248,41 @@ ComPtr<_cRegValues> listValues(long root, std::wstring_view path) {
     }
     return list;
 }
+
+bool registry::valueDelete(long root, std::wstring_view text) {
+    std::wstring_view path, name;
+    FullPath full;
+    if (root == 0) {
+        // No root given: the path names it ("HKEY_CURRENT_USER\key path\value").
+        full = splitFullPath(text);
+        if (!full.valid) return false;
+        root = rootFromName(full.rootName);
+        path = full.keyPath;
+        name = full.valueName;
+    } else {
+        const size_t last = text.rfind(L'\\');
+        if (last != std::wstring_view::npos) path = text.substr(0, last);
+        name = last == std::wstring_view::npos ? text : text.substr(last + 1);
+    }
+    return root != 0 && deleteValue(root, ansi(path), ansi(name));
+}
+
+void registry::keyDelete(long root, std::wstring_view text) {
+    std::wstring_view path = text;
+    if (root == 0) {
+        // No root given: the path starts with its name ("HKEY_CURRENT_USER\key path").
+        const size_t first = text.find(L'\\');
+        if (first == std::wstring_view::npos) return;
+        root = rootFromName(text.substr(0, first));
+        path = text.substr(first + 1);
+    }
+    if (root == 0) return;
+    deleteTree(root, path);
+}
+
+bool registry::hasKey(long root, std::wstring_view path) { return static_cast<bool>(open(root, ansi(path), queryAccess)); }
+
+namespace {
 
 // Walks root\path and every key below it, parents before their subkeys, calling
 // visit(relative path, full path, keys listed there) for each; the key itself is "".
@@ -291,10 +328,20 @@ void walkSubtree(long root, std::wstring_view path, Visit&& visit) {
 
 // ---- members ----
 
+namespace {
+
+// An optional argument, or the default the type library declares for it.
+template <class T>
+decltype(auto) orDefault(T* arg, const wchar_t* member, const wchar_t* parameter) {
+    return argumentOr(arg, __uuidof(_clsReg), member, parameter);
+}
+
+}  // namespace
+
 HRESULT Reg::get_RegisterValue(BSTR NameTitle, BSTR* value) {
     return deliver(value, [&] {
         const std::wstring path = settingsKey + std::wstring(viewOf(NameTitle));
-        return toText(*goRegisterPath(readFlag, path, REG_SZ, nullptr));
+        return toText(*goRegisterPath(nRead, path, REG_SZ, nullptr));
     });
 }
 
@@ -302,7 +349,7 @@ HRESULT Reg::put_RegisterValue(BSTR NameTitle, BSTR NewValue) {
     return guard([&] {
         const std::wstring path = settingsKey + std::wstring(viewOf(NameTitle));
         Variant value = Variant::fromText(viewOf(NewValue));
-        goRegisterPath(2, path, REG_SZ, value.get());
+        goRegisterPath(nWrite, path, REG_SZ, value.get());
     });
 }
 
@@ -315,25 +362,7 @@ HRESULT Reg::GoStrHKey(Reg_Type MyHKey, BSTR* result) {
 }
 
 HRESULT Reg::ValueDelete(BSTR SubKey, HKEY_Type Key, VARIANT_BOOL* result) {
-    return deliver(result, [&] {
-        const std::wstring_view text = viewOf(SubKey);
-        long root = Key;
-        std::wstring_view path, name;
-        FullPath full;
-        if (root == 0) {
-            // No root given: the path names it ("HKEY_CURRENT_USER\key path\value").
-            full = splitFullPath(text);
-            if (!full.valid) return false;
-            root = rootFromName(full.rootName);
-            path = full.keyPath;
-            name = full.valueName;
-        } else {
-            const size_t last = text.rfind(L'\\');
-            if (last != std::wstring_view::npos) path = text.substr(0, last);
-            name = last == std::wstring_view::npos ? text : text.substr(last + 1);
-        }
-        return root != 0 && deleteValue(root, ansi(path), ansi(name));
-    });
+    return deliver(result, [&] { return valueDelete(Key, viewOf(SubKey)); });
 }
 
 HRESULT Reg::CreateKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
@@ -341,32 +370,19 @@ HRESULT Reg::CreateKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
 }
 
 HRESULT Reg::IsHasKey(HKEY_Type Key, BSTR SubKey, VARIANT_BOOL* result) {
-    return deliver(result, [&] { return static_cast<bool>(open(Key, ansi(viewOf(SubKey)), queryAccess)); });
+    return deliver(result, [&] { return hasKey(Key, viewOf(SubKey)); });
 }
 
 HRESULT Reg::GoRegisterWrite(BSTR SubKey, VARIANT* MyValue, Reg_Type nType, VARIANT* result) {
-    return deliver(result, [&] { return goRegisterPath(2, viewOf(SubKey), nType, MyValue); });
+    return deliver(result, [&] { return goRegisterPath(nWrite, viewOf(SubKey), nType, MyValue); });
 }
 
 HRESULT Reg::GoRegisterRead(BSTR SubKey, Reg_Type nType, VARIANT* result) {
-    return deliver(result, [&] { return goRegisterPath(readFlag, viewOf(SubKey), nType, nullptr); });
+    return deliver(result, [&] { return goRegisterPath(nRead, viewOf(SubKey), nType, nullptr); });
 }
 
 HRESULT Reg::KeyDelete(BSTR SubKey, HKEY_Type Key) {
-    return guard([&] {
-        const std::wstring_view text = viewOf(SubKey);
-        long root = Key;
-        std::wstring_view path = text;
-        if (root == 0) {
-            // No root given: the path starts with its name ("HKEY_CURRENT_USER\key path").
-            const size_t first = text.find(L'\\');
-            if (first == std::wstring_view::npos) return;
-            root = rootFromName(text.substr(0, first));
-            path = text.substr(first + 1);
-        }
-        if (root == 0) return;
-        deleteTree(root, path);
-    });
+    return guard([&] { keyDelete(Key, viewOf(SubKey)); });
 }
 
 HRESULT Reg::WriteString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR sData, Reg_Type nType, VARIANT_BOOL* result) {
@@ -378,8 +394,7 @@ HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, 
         // Nothing that fails inside reaches the caller: the result is then "".
         std::wstring text;
         tryStatement([&] {
-            const std::wstring_view fallback = sDefault ? viewOf(*sDefault) : std::wstring_view();
-            text = readString(Key, viewOf(SubKey), viewOf(sName), fallback);
+            text = readString(Key, viewOf(SubKey), viewOf(sName), orDefault(sDefault, L"ReadString", L"sDefault"));
         });
         return text;
     });
@@ -395,7 +410,9 @@ HRESULT Reg::WriteDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG lData, Reg_
 }
 
 HRESULT Reg::ReadDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG* lDefault, LONG* result) {
-    return deliver(result, [&] { return readDWord(Key, viewOf(SubKey), viewOf(sName), lDefault ? *lDefault : 0); });
+    return deliver(result, [&] {
+        return readDWord(Key, viewOf(SubKey), viewOf(sName), orDefault(lDefault, L"ReadDWord", L"lDefault"));
+    });
 }
 
 HRESULT Reg::WriteBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR ByData, VARIANT* MyDataArr, Reg_Type nType,
@@ -407,7 +424,9 @@ HRESULT Reg::WriteBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR ByData, VA
 }
 
 HRESULT Reg::ReadBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, VARIANT_BOOL* GoGetText, VARIANT* result) {
-    return deliver(result, [&] { return readBinary(Key, viewOf(SubKey), viewOf(sName), isTrue(GoGetText)); });
+    return deliver(result, [&] {
+        return readBinary(Key, viewOf(SubKey), viewOf(sName), orDefault(GoGetText, L"ReadBinary", L"GoGetText"));
+    });
 }
 
 HRESULT Reg::CountKey(HKEY_Type Key, BSTR SubKey, LONG* result) {

@@ -6,14 +6,25 @@
 #include "core/dispatch/DispatchObject.h"
 #include "core/runtime/ComPtr.h"
 
+#include <string_view>
+
 namespace vx {
+
+namespace registry {
+
+// The members' work, for the key and value objects too. A root of 0 means that the path
+// starts with the root's name.
+bool valueDelete(long root, std::wstring_view subKey);   // ValueDelete
+void keyDelete(long root, std::wstring_view subKey);     // KeyDelete
+bool hasKey(long root, std::wstring_view path);          // IsHasKey
+ComPtr<_cRegKeys> listKeys(long root, std::wstring_view path);      // ListKeys
+ComPtr<_cRegValues> listValues(long root, std::wstring_view path);  // ListValues
+
+}  // namespace registry
 
 class Reg : public DispatchObject<Reg, _clsReg> {
 public:
     static const CLSID& classId() noexcept { return CLSID_clsReg; }
-
-    // A private object for the other registry classes, which call it through its interface.
-    static ComPtr<_clsReg> createPrivate() { return ComPtr<_clsReg>(create().get()); }
 
     HRESULT STDMETHODCALLTYPE get_RegisterValue(BSTR NameTitle, BSTR* value) override;
     HRESULT STDMETHODCALLTYPE put_RegisterValue(BSTR NameTitle, BSTR NewValue) override;

@@ -1,9 +1,7 @@
 #include "registry/RegKey.h"
 
-#include "core/runtime/Convert.h"
-#include "core/runtime/Errors.h"
 #include "registry/Reg.h"
-#include "text/MyVaribleFunction.h"
+#include "shared/Helpers.h"
 
 namespace vx {
 
@@ -21,42 +19,23 @@ HRESULT RegKey::get_KeyName(BSTR* value) { return giveText(keyName_.view(), valu
 HRESULT RegKey::put_KeyName(BSTR value) { return takeText(keyName_, value); }
 
 HRESULT RegKey::Delete() {
-    return guard([&] {
-        auto reg = Reg::createPrivate();
-        Bstr path(subKey_);
-        check(reg->KeyDelete(path.get(), hkey_));
-    });
+    return guard([&] { registry::keyDelete(hkey_, subKey_.view()); });
 }
 
 // Renaming is not supported: the name is accepted and the key keeps its own.
 HRESULT RegKey::Rename(BSTR) { return S_OK; }
 
 HRESULT RegKey::IsHasKey(BSTR AddKey, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] {
+    return deliver(result, [&] {
         // The path is joined as it stands: an empty AddKey tests SubKey followed by "\".
-        Bstr path(std::wstring(subKey_.view()) + L"\\" + std::wstring(viewOf(AddKey)));
-        auto reg = Reg::createPrivate();
-        check(reg->IsHasKey(hkey_, path.get(), result));
+        return registry::hasKey(hkey_, std::wstring(subKey_.view()) + L"\\" + std::wstring(viewOf(AddKey)));
     });
 }
 
 HRESULT RegKey::ParentKey(_cRegKeys** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
-        // The path above SubKey: everything before its last backslash (Empty, so "", for a
-        // key right below the root).
-        ComPtr<_Ds_MyVaribleFunction> helper(MyVaribleFunction::create().get());
-        Variant data = Variant::fromText(subKey_.view()), index = Variant::fromShort(0),
-                separator = Variant::fromText(L"\\"), last = Variant::fromShort(2), parent;
-        Flag_PathClip mode = MyVaribleFunction::LeftPathFull;
-        check(helper->GetVar(data.get(), index.get(), separator.get(), &mode, last.get(), parent.put()));
-        Bstr parentPath(toText(*parent));
-        auto reg = Reg::createPrivate();
-        check(reg->ListKeys(hkey_, parentPath.get(), result));
-    });
+    // The path above SubKey: everything before its last backslash ("" for a key right
+    // below the root).
+    return deliver(result, [&] { return registry::listKeys(hkey_, parentPath(subKey_.view())); });
 }
 
 std::wstring RegKey::childPath(BSTR addKey) {
@@ -67,23 +46,11 @@ std::wstring RegKey::childPath(BSTR addKey) {
 }
 
 HRESULT RegKey::EnumKey(BSTR AddKey, _cRegKeys** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
-        Bstr path(childPath(AddKey));
-        auto reg = Reg::createPrivate();
-        check(reg->ListKeys(hkey_, path.get(), result));
-    });
+    return deliver(result, [&] { return registry::listKeys(hkey_, childPath(AddKey)); });
 }
 
 HRESULT RegKey::SubValueEnum(BSTR AddKey, _cRegValues** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
-        Bstr path(childPath(AddKey));
-        auto reg = Reg::createPrivate();
-        check(reg->ListValues(hkey_, path.get(), result));
-    });
+    return deliver(result, [&] { return registry::listValues(hkey_, childPath(AddKey)); });
 }
 
 }  // namespace vx

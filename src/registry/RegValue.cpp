@@ -22,9 +22,7 @@ HRESULT RegValue::get_KeyName(BSTR* value) { return giveText(keyName_.view(), va
 HRESULT RegValue::put_KeyName(BSTR value) { return takeText(keyName_, value); }
 
 HRESULT RegValue::get_DataValue(VARIANT* value) {
-    if (!value) return E_POINTER;
-    VariantInit(value);
-    return guard([&] { Variant(dataValue_).detachTo(value); });
+    return deliver(value, [&] { return dataValue_; });
 }
 
 HRESULT RegValue::put_DataValue(VARIANT value) {
@@ -47,13 +45,7 @@ HRESULT RegValue::put_Datatype(Reg_Type value) {
 }
 
 HRESULT RegValue::Delete(VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] {
-        auto reg = Reg::createPrivate();
-        Bstr path(subKey_);
-        check(reg->ValueDelete(path.get(), hkey_, result));
-    });
+    return deliver(result, [&] { return registry::valueDelete(hkey_, subKey_.view()); });
 }
 
 // Renaming is not supported: the name is accepted and the value keeps its own.

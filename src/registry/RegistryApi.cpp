@@ -1,6 +1,8 @@
 #include "registry/RegistryApi.h"
 
+#include "Vx_MainEnums.h"
 #include "core/runtime/Ansi.h"
+#include "core/runtime/Buffer.h"
 
 #include <algorithm>
 #include <iterator>
@@ -14,11 +16,11 @@ struct RootName {
     long root;
 };
 const RootName rootNames[] = {
-    {L"HKEY_CLASSES_ROOT", static_cast<long>(0x80000000u)},
-    {L"HKEY_CURRENT_USER", static_cast<long>(0x80000001u)},
-    {L"HKEY_LOCAL_MACHINE", static_cast<long>(0x80000002u)},
-    {L"HKEY_USERS", static_cast<long>(0x80000003u)},
-    {L"HKEY_CURRENT_CONFIG", static_cast<long>(0x80000005u)},
+    {L"HKEY_CLASSES_ROOT", CLASSES_ROOT},
+    {L"HKEY_CURRENT_USER", CURRENT_USER},
+    {L"HKEY_LOCAL_MACHINE", LOCAL_MACHINE},
+    {L"HKEY_USERS", USERS},
+    {L"HKEY_CURRENT_CONFIG", CURRENT_CONFIG},
 };
 
 // A path or name as a C string. Text with a NUL inside would silently name something
@@ -36,6 +38,9 @@ constexpr size_t maxValueSize = 0x7FFFFFFF;
 // Key names are at most 255 characters; in a double-byte code page that is up to 510 bytes.
 constexpr DWORD keyNameBuffer = 1024;
 
+// Value names are at most 16383 characters: up to 32766 bytes and the terminator.
+constexpr size_t maxNameSize = 0x8000;
+
 std::vector<std::string> valueNames(HKEY key) {
     std::vector<std::string> names;
     DWORD longest = 0;
@@ -43,16 +48,16 @@ std::vector<std::string> valueNames(HKEY key) {
                          nullptr, nullptr) != ERROR_SUCCESS)
         return names;
     std::string buffer(std::max<DWORD>(longest, 255) + 1, '\0');
-    for (DWORD index = 0;;) {
-        DWORD size = static_cast<DWORD>(buffer.size());
-        LONG status = RegEnumValueA(key, index, &buffer[0], &size, nullptr, nullptr, nullptr, nullptr);
-        if (status == ERROR_MORE_DATA && buffer.size() < 0x10000) {
-            buffer.resize(buffer.size() * 2);
-            continue;
-        }
-        if (status != ERROR_SUCCESS) break;
+    for (DWORD index = 0;; ++index) {
+        DWORD size = 0;
+        const bool read = growBuffer(buffer, maxNameSize, [&](std::string& b) {
+            size = static_cast<DWORD>(b.size());
+            const LONG status = RegEnumValueA(key, index, &b[0], &size, nullptr, nullptr, nullptr, nullptr);
+            return status == ERROR_SUCCESS ? BufferNeed::fits()
+                                           : status == ERROR_MORE_DATA ? BufferNeed::more() : BufferNeed::failed();
+        });
+        if (!read) break;
         names.emplace_back(buffer.data(), size);
-        ++index;
     }
     return names;
 }
@@ -162,21 +167,21 @@ bool queryWholeValue(HKEY key, std::string_view name, std::string& data, DWORD* 
     if (!cString(name, n)) return false;
     DWORD size = 0;
     if (RegQueryValueExA(key, n.c_str(), nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) return false;
-    // The value may grow between the two calls: ask again with the size reported.
-    for (int attempt = 0; attempt < 8; ++attempt) {
-        std::string buffer(static_cast<size_t>(size) + 1, '\0');
-        DWORD got = size;
-        DWORD t = REG_NONE;
-        LONG status = RegQueryValueExA(key, n.c_str(), nullptr, &t, reinterpret_cast<BYTE*>(&buffer[0]), &got);
-        if (status == ERROR_SUCCESS) {
-            data.assign(buffer.data(), std::min(got, size));
-            if (type) *type = t;
-            return true;
-        }
-        if (status != ERROR_MORE_DATA || got <= size) return false;
-        size = got;
-    }
-    return false;
+    // The value may grow between the calls: each is made with the size the last reported,
+    // and one terminator more than the data needs.
+    std::string buffer(static_cast<size_t>(size) + 1, '\0');
+    DWORD got = 0, t = REG_NONE;
+    const bool read = growBuffer(buffer, maxValueSize, [&](std::string& b) {
+        got = static_cast<DWORD>(b.size() - 1);
+        const LONG status = RegQueryValueExA(key, n.c_str(), nullptr, &t, reinterpret_cast<BYTE*>(&b[0]), &got);
+        if (status == ERROR_SUCCESS) return BufferNeed::fits();
+        return status == ERROR_MORE_DATA && got > b.size() - 1 ? BufferNeed::more(static_cast<size_t>(got) + 1)
+                                                               : BufferNeed::failed();
+    });
+    if (!read) return false;
+    data.assign(buffer.data(), std::min<size_t>(got, buffer.size() - 1));
+    if (type) *type = t;
+    return true;
 }
 
 std::string_view stringData(std::string_view data) noexcept {
@@ -206,25 +211,23 @@ std::vector<Value> values(HKEY key) {
     if (RegQueryInfoKeyA(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &longestName,
                          &longestData, nullptr, nullptr) != ERROR_SUCCESS)
         return result;
-    std::string name(std::max<DWORD>(longestName, 255) + 1, '\0');
+    // The name buffer holds any value name; the data buffer grows when a value grew since
+    // the key was measured.
+    std::string name(maxNameSize, '\0');
     std::string data(std::max<DWORD>(longestData, 16), '\0');
-    for (DWORD index = 0, retries = 0;;) {
-        DWORD nameSize = static_cast<DWORD>(name.size());
-        DWORD dataSize = static_cast<DWORD>(data.size());
-        DWORD type = REG_NONE;
-        LONG status = RegEnumValueA(key, index, &name[0], &nameSize, nullptr, &type,
-                                    reinterpret_cast<BYTE*>(&data[0]), &dataSize);
-        if (status == ERROR_MORE_DATA && ++retries <= 8) {
-            // A value grew since the key was measured: make room and ask again.
-            if (name.size() < 0x10000) name.resize(name.size() * 2);
-            data.resize(std::max<size_t>(data.size() * 2, dataSize));
-            continue;
-        }
-        if (status != ERROR_SUCCESS) break;
+    for (DWORD index = 0;; ++index) {
+        DWORD nameSize = 0, dataSize = 0, type = REG_NONE;
+        const bool read = growBuffer(data, maxValueSize, [&](std::string& d) {
+            nameSize = static_cast<DWORD>(name.size());
+            dataSize = static_cast<DWORD>(d.size());
+            const LONG status = RegEnumValueA(key, index, &name[0], &nameSize, nullptr, &type,
+                                              reinterpret_cast<BYTE*>(&d[0]), &dataSize);
+            return status == ERROR_SUCCESS ? BufferNeed::fits()
+                                           : status == ERROR_MORE_DATA ? BufferNeed::more(dataSize) : BufferNeed::failed();
+        });
+        if (!read) break;
         result.push_back({std::string(name.data(), nameSize), type,
                           std::string(data.data(), std::min<size_t>(dataSize, data.size()))});
-        ++index;
-        retries = 0;
     }
     return result;
 }

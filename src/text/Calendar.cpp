@@ -1,11 +1,13 @@
 #include "text/Calendar.h"
 
+#include "Vx_MainEnums.h"
+#include "core/dispatch/Defaults.h"
+#include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/Text.h"
 
 #include <cmath>
-#include <limits>
 
 namespace vx {
 
@@ -41,33 +43,12 @@ const wchar_t* const monthNames[12] = {
 
 namespace {
 
-// A 32-bit integer whose every operation is overflow-checked (error 6), and whose
-// division truncates toward zero.
-class Long {
-public:
-    Long(long long v) : v_(checked(v)) {}
-    int32_t value() const { return static_cast<int32_t>(v_); }
-
-    friend Long operator+(Long a, Long b) { return Long(a.v_ + b.v_); }
-    friend Long operator-(Long a, Long b) { return Long(a.v_ - b.v_); }
-    friend Long operator*(Long a, Long b) { return Long(a.v_ * b.v_); }
-    friend Long operator/(Long a, Long b) { return Long(a.v_ / b.v_); }
-    friend bool operator<(Long a, Long b) { return a.v_ < b.v_; }
-
-private:
-    static long long checked(long long v) {
-        if (v < std::numeric_limits<int32_t>::min() || v > std::numeric_limits<int32_t>::max()) raise(err::Overflow);
-        return v;
-    }
-    long long v_;
-};
+// Long and Integer arithmetic as the procedures do it: overflow is error 6, division
+// truncates toward zero.
+using Long = Checked<int32_t>;
 
 // Stores into a 16-bit variable: overflow is error 6.
-int16_t toShort(Long v) {
-    const int32_t n = v.value();
-    if (n < std::numeric_limits<int16_t>::min() || n > std::numeric_limits<int16_t>::max()) raise(err::Overflow);
-    return static_cast<int16_t>(n);
-}
+int16_t toShort(Long v) { return Checked<int16_t>(v.value()).value(); }
 
 // Division carried out in double precision and truncated toward zero.
 Long fixDiv(Long a, double b) { return Long(static_cast<long long>(std::trunc(a.value() / b))); }
@@ -193,42 +174,37 @@ std::wstring calendarShamsi(std::wstring_view dateMilady, const VARIANT& dateSha
 }  // namespace calendar
 
 HRESULT Calendar::ConvertDateFormat(BSTR DateStr, Flag_TypeDate ConvertTypeDate, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
-        std::wstring text;
-        if (ConvertTypeDate == 1)  // GoHejryDate
-            text = calendar::shamsiDate(viewOf(DateStr), false);
-        else if (ConvertTypeDate == 2)  // GoMiladyDate
-            text = calendar::miladyDate(viewOf(DateStr), false);
-        *result = Bstr(text).detach();
+    return deliver(result, [&] {
+        switch (ConvertTypeDate) {
+        case GoHejryDate: return calendar::shamsiDate(viewOf(DateStr), false);
+        case GoMiladyDate: return calendar::miladyDate(viewOf(DateStr), false);
+        default: return std::wstring();
+        }
     });
 }
 
 HRESULT Calendar::MiladyDate(BSTR DateShamsi, VARIANT_BOOL* IsFormatDateValue, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = Bstr(calendar::miladyDate(viewOf(DateShamsi), isTrue(IsFormatDateValue))).detach(); });
+    return deliver(result, [&] {
+        const bool format = argumentOr(IsFormatDateValue, __uuidof(_Ds_Calendar), L"MiladyDate", L"IsFormatDateValue");
+        return calendar::miladyDate(viewOf(DateShamsi), format);
+    });
 }
 
 HRESULT Calendar::CalendarShamsi(BSTR DateMilady, VARIANT* DateShamsi, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         const Variant missing = Variant::missing();
-        *result = Bstr(calendar::calendarShamsi(viewOf(DateMilady), DateShamsi ? *DateShamsi : *missing)).detach();
+        return calendar::calendarShamsi(viewOf(DateMilady), DateShamsi ? *DateShamsi : *missing);
     });
 }
 
 HRESULT Calendar::ShamsiDate(BSTR DateMilady, BSTR /*Monasebat: accepted, never used*/, VARIANT* StringCalendarShamsi,
                              VARIANT_BOOL* IsFormatDateValue, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
-        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), isTrue(IsFormatDateValue));
+    return deliver(result, [&] {
+        const bool format = argumentOr(IsFormatDateValue, __uuidof(_Ds_Calendar), L"ShamsiDate", L"IsFormatDateValue");
+        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), format);
         if (StringCalendarShamsi && !isMissing(*StringCalendarShamsi))
             writeBack(*StringCalendarShamsi, *Variant::fromText(calendar::calendarShamsi(viewOf(DateMilady), *Variant::fromText(text))));
-        *result = Bstr(text).detach();
+        return text;
     });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
-// Ds_MyVaribleFunction: the library's toolbox of string, array and key helpers. Other
-// classes create a private one and call it through its interface.
+// Ds_MyVaribleFunction: the library's toolbox of string, array and key helpers. The work
+// is done by the plain functions of shared/Helpers.h and shared/Waits.h, which other
+// classes call too.
 #include "Vx_Main.h"
 #include "core/dispatch/DispatchObject.h"
 
@@ -9,11 +10,6 @@ namespace vx {
 class MyVaribleFunction : public DispatchObject<MyVaribleFunction, _Ds_MyVaribleFunction> {
 public:
     static const CLSID& classId() noexcept { return CLSID_Ds_MyVaribleFunction; }
-
-    // Field-extraction modes of GetVar.
-    enum PathClip : LONG { LastID = 1, SelectID, LeftPathFull, RightPathFull, EnumIDPath, EnumFirstToLast };
-    // Comparison modes of IsEqute.
-    enum IsEquate : LONG { GoText = 1, GoArray, GoArrayJustCount, GoArrayJustText, GoLeft, GoRight, GoFind };
 
     HRESULT STDMETHODCALLTYPE GetVar(VARIANT* sData, VARIANT* nIndex, VARIANT* sFind, Flag_PathClip* GoGetSplit,
                                      VARIANT* EndIndexLast, VARIANT* result) override;

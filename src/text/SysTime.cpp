@@ -1,8 +1,11 @@
 #include "text/SysTime.h"
 
+#include "core/dispatch/Defaults.h"
+#include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/Services.h"
+#include "shared/DateText.h"
 
 #include <string>
 
@@ -22,38 +25,29 @@ int32_t secondsSinceMidnight() {
 }  // namespace
 
 HRESULT SysTime::GetVarKeepTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().getSystemTime(&kept_);
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().getSystemTime(&kept_);
+        return Variant();
+    });
 }
 
 HRESULT SysTime::SetVarNewTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
+        return Variant();
+    });
 }
 
 HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* IsWantHour, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    if (!GetDateSys) return E_POINTER;
-    return guard([&] {
-        const Vx_SYSTEMTIME& t = *GetDateSys;
-        std::wstring text = std::to_wstring(t.wYear) + L'/' + std::to_wstring(t.wMonth) + L'/' + std::to_wstring(t.wDay);
-        if (isTrue(IsWantHour))
-            text += L' ' + std::to_wstring(t.wHour) + L':' + std::to_wstring(t.wMinute) + L':' +
-                    std::to_wstring(t.wSecond);
-        Variant::fromText(text).detachTo(result);
+    return deliver(result, [&] {
+        const bool withTime = argumentOr(IsWantHour, __uuidof(_Ds_SysTime), L"ConvertDateSystemTime", L"IsWantHour");
+        return Variant::fromText(systemTimeText(required(GetDateSys), withTime));
     });
 }
 
 HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARIANT* wDayOfWeek, VARIANT* wHour,
                             VARIANT* wMinute, VARIANT* wSecond, VARIANT* wMilliseconds, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] {
+    return deliver(result, [&] {
         SYSTEMTIME now{};
         service<ClockService>().getSystemTime(&now);
         SYSTEMTIME t = now;
@@ -72,30 +66,26 @@ HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARI
         field(wDayOfWeek, t.wDayOfWeek);
         field(wMilliseconds, t.wMilliseconds);
         service<ClockService>().setSystemTime(&t);  // a refused change is not an error
+        return Variant();
     });
 }
 
 HRESULT SysTime::GetTimerRun(LONG NumSecond, VARIANT_BOOL* result) {
-    if (!result) return E_POINTER;
-    *result = VARIANT_FALSE;
-    return guard([&] {
+    return deliver(result, [&] {
         if (!countdownRunning_) {
             countdownRunning_ = true;
             countdownLength_ = NumSecond;
             countdownStart_ = secondsSinceMidnight();
-            *result = VARIANT_TRUE;
-            return;
+            return true;
         }
         // The length given when the countdown began counts; NumSecond is not read now. The
         // clock starts again from 0 at midnight, so a countdown across midnight runs on
         // until the clock of a later day passes its end.
         const int32_t now = secondsSinceMidnight();
-        const int64_t end = static_cast<int64_t>(countdownStart_) + countdownLength_;
-        if (end > INT32_MAX || end < INT32_MIN) raise(err::Overflow);
-        if (end < now) {
-            countdownRunning_ = false;
-            *result = VARIANT_TRUE;
-        }
+        const int32_t end = (Checked<int32_t>(countdownStart_) + countdownLength_).value();
+        if (end >= now) return false;
+        countdownRunning_ = false;
+        return true;
     });
 }
 

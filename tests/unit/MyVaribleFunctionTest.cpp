@@ -4,6 +4,7 @@
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/SafeArray.h"
+#include "Vx_MainEnums.h"
 #include "text/MyVaribleFunction.h"
 
 #include "TestSupport.h"
@@ -93,14 +94,14 @@ TEST(MyVaribleFunction, ThroughTheInterface) {
     ASSERT_TRUE(helper);
     Variant path = text(L"C:\\dir\\file.txt"), index = num(0), sep = text(L"\\"), last = num(2);
     Variant missing = Variant::missing();
-    LONG mode = MyVaribleFunction::LeftPathFull;
+    LONG mode = LeftPathFull;
     VARIANT out;
     ASSERT_EQ(helper->GetVar(path.get(), index.get(), sep.get(), &mode, last.get(), &out), S_OK);
     EXPECT_EQ(vxtest::textOf(Variant::take(out)), L"C:\\dir");
     ASSERT_EQ(helper->GetVar(text(L"p,q").get(), nullptr, missing.get(), nullptr, nullptr, &out), S_OK);
     EXPECT_EQ(vxtest::textOf(Variant::take(out)), L"p");
     VARIANT_BOOL same = VARIANT_TRUE;
-    LONG arrayMode = MyVaribleFunction::GoArray;
+    LONG arrayMode = GoArray;
     EXPECT_EQ(helper->IsEqute(path.get(), path.get(), &arrayMode, &same), runtimeHresult(13));
     EXPECT_EQ(same, VARIANT_FALSE);
 }

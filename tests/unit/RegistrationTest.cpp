@@ -35,7 +35,7 @@ std::wstring readText(const std::wstring& path, const wchar_t* name = nullptr) {
 std::set<std::wstring> libraryKeys() {
     std::set<std::wstring> found, ours = {guidText(LIBID_Vx_Main), guidText(IID__Ds_ListCollection),
                                           guidText(IID__Ds_DataCollection)};
-    for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c) ours.insert(guidText(*c->clsid));
+    for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c) ours.insert(guidText(c->classId()));
     auto enumerate = [](HKEY key, auto&& each) {
         wchar_t name[256];
         DWORD len = 256;

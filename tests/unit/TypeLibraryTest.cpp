@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 
 using namespace vx;
 
@@ -183,17 +184,27 @@ TEST(WordSize, RecordsLieWhereTheTypeLibrarySays) {
     EXPECT_EQ(ping.types.at(L"Data"), VT_BSTR);
 }
 
-TEST(TypeLibrary, ClassesCarryTheirInstancing) {
+TEST(TypeLibrary, RosterAndCoclassesAgree) {
+    // Every roster line names a coclass whose default interface its C++ class implements;
+    // name and instancing are the coclass's.
+    std::set<std::wstring> lines;
     for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c) {
-        ComPtr<ITypeInfo> ti = ComPtr<ITypeInfo>::adopt(typeInfoOf(*c->clsid));
-        ASSERT_TRUE(ti) << c->name;
+        ComPtr<ITypeInfo> ti = ComPtr<ITypeInfo>::adopt(typeInfoOf(c->classId()));
+        ASSERT_TRUE(ti) << "a roster line without a coclass: " << (c - rosterBegin());
         Attr attr(ti.get());
-        EXPECT_EQ(attr->typekind, TKIND_COCLASS);
+        ASSERT_EQ(attr->typekind, TKIND_COCLASS);
+        HREFTYPE ref = 0;
+        ComPtr<ITypeInfo> iface;
+        ASSERT_EQ(ti->GetRefTypeOfImplType(0, &ref), S_OK);
+        ASSERT_EQ(ti->GetRefTypeInfo(ref, iface.put()), S_OK);
+        Attr ifaceAttr(iface.get());
+        EXPECT_TRUE(IsEqualIID(ifaceAttr->guid, c->interfaceId())) << std::string(className(*c).begin(), className(*c).end());
         const WORD flags = attr->wTypeFlags & (TYPEFLAG_FAPPOBJECT | TYPEFLAG_FCANCREATE | TYPEFLAG_FPREDECLID);
-        const WORD expected = c->instancing == Instancing::Global
-                                  ? TYPEFLAG_FAPPOBJECT | TYPEFLAG_FCANCREATE | TYPEFLAG_FPREDECLID
-                                  : c->instancing == Instancing::Creatable ? TYPEFLAG_FCANCREATE : 0;
-        EXPECT_EQ(flags, expected) << c->name;
+        const Instancing instancing = instancingOf(*c);
+        const WORD expected = instancing == Instancing::Global ? TYPEFLAG_FAPPOBJECT | TYPEFLAG_FCANCREATE | TYPEFLAG_FPREDECLID
+                              : instancing == Instancing::Creatable ? TYPEFLAG_FCANCREATE : 0;
+        EXPECT_EQ(flags, expected);
+        EXPECT_TRUE(lines.insert(className(*c)).second) << "two lines for one class";
     }
     // Every coclass of the library has its line in the roster.
     ITypeLib* tl = typeLibrary();
@@ -202,9 +213,14 @@ TEST(TypeLibrary, ClassesCarryTheirInstancing) {
         tl->GetTypeInfo(i, ti.put());
         Attr attr(ti.get());
         if (attr->typekind == TKIND_COCLASS) {
-            EXPECT_TRUE(findClass(attr->guid)) << "coclass " << i;
+            EXPECT_TRUE(findClass(attr->guid)) << "coclass " << i << " has no roster line";
         }
     }
+    // A sample of each instancing, as the coclasses declare it.
+    auto line = [](REFCLSID clsid) { return *findClass(clsid); };
+    EXPECT_EQ(instancingOf(line(CLSID_Ds_ListCollection)), Instancing::Global);
+    EXPECT_EQ(instancingOf(line(CLSID_cRegKey)), Instancing::Dependent);
+    EXPECT_EQ(className(line(CLSID_clsReg)), L"clsReg");
 }
 
 TEST(TypeLibrary, DispatchIdentifiersInInterfaceOrder) {

@@ -15,6 +15,7 @@
 //   numbers        a number of a type whose every value fits (int into LONG, not the reverse)
 //   I**            a ComPtr of I or of a class implementing I (handed over), or nullptr
 #include "core/dispatch/ErrorBoundary.h"
+#include "core/runtime/Errors.h"
 #include "core/runtime/ComPtr.h"
 #include "core/runtime/Variant.h"
 
@@ -73,6 +74,14 @@ struct Out<I*> {
 };
 
 }  // namespace deliverDetail
+
+// A pointer parameter a caller must pass (a host always does; a caller through the vtable
+// may not): the object it points to, or E_POINTER for null.
+template <class T>
+T& required(T* p) {
+    if (!p) throw ComError(E_POINTER);
+    return *p;
+}
 
 // Runs body behind the error boundary of interface iid and hands its result to *out.
 template <class T, class F>

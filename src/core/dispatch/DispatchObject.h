@@ -14,7 +14,7 @@
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
 #include "core/runtime/Variant.h"
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 
 #include "core/runtime/Platform.h"
 
@@ -118,6 +118,8 @@ HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DI
 template <class Derived, class Interface>
 class DispatchObject : public Interface, public ISupportErrorInfo, public IProvideClassInfo {
 public:
+    using DefaultInterface = Interface;
+
     // A new object, held by the returned reference.
     template <class... Args>
     static ComPtr<Derived> create(Args&&... args) {
@@ -223,9 +225,7 @@ protected:
     // Accessors of properties that are plain fields.
     template <class T>
     static HRESULT giveField(const T& field, T* value) noexcept {
-        if (!value) return E_POINTER;
-        *value = field;
-        return S_OK;
+        return deliver(value, [&] { return field; });
     }
     static HRESULT giveText(std::wstring_view text, BSTR* value) noexcept {
         return deliver(value, [&] { return text; });

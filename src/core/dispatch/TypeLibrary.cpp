@@ -1,6 +1,6 @@
 #include "core/dispatch/TypeLibrary.h"
 
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 
 #include "core/runtime/Platform.h"
 

@@ -1,6 +1,6 @@
 #include "core/server/ClassFactory.h"
 
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 
 #include <new>
 

@@ -1,6 +1,6 @@
 // The four exports of an in-process automation server.
 #include "core/server/ClassFactory.h"
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 #include "core/server/Registration.h"
 
 #include <windows.h>

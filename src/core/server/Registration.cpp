@@ -2,7 +2,7 @@
 
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/Handles.h"
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
 #include "core/server/Roster.h"
 
 #include "core/runtime/Platform.h"
@@ -53,7 +53,7 @@ void deleteTree(const std::wstring& keyPath) {
 }
 
 HRESULT registerClass(const ClassEntry& c, const std::wstring& dllPath, const std::wstring& libId) {
-    const std::wstring clsid = guidText(*c.clsid), key = classKeyPath(*c.clsid), prog = progId(c.name);
+    const std::wstring clsid = guidText(c.classId()), key = classKeyPath(c.classId()), prog = progId(className(c));
     LSTATUS s = ERROR_SUCCESS;
     auto step = [&s](LSTATUS r) { if (s == ERROR_SUCCESS) s = r; };
     step(setText(key, nullptr, prog));
@@ -71,7 +71,7 @@ HRESULT registerClass(const ClassEntry& c, const std::wstring& dllPath, const st
 }  // namespace
 
 std::wstring classKeyPath(const CLSID& clsid) { return L"CLSID\\" + guidText(clsid); }
-std::wstring progId(const wchar_t* className) { return std::wstring(L"Vx_Main.") + className; }
+std::wstring progId(const std::wstring& className) { return L"Vx_Main." + className; }
 
 HRESULT registerServer() noexcept {
     try {
@@ -107,8 +107,8 @@ HRESULT unregisterServer() noexcept {
     try {
         for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c) {
             if (!isCreatable(*c)) continue;
-            deleteTree(classKeyPath(*c->clsid));
-            deleteTree(progId(c->name));
+            deleteTree(classKeyPath(c->classId()));
+            deleteTree(progId(className(*c)));
         }
         ITypeLib* tl = typeLibrary();
         if (!tl) return TYPE_E_CANTLOADLIBRARY;

@@ -14,6 +14,6 @@ HRESULT unregisterServer() noexcept;
 
 // The registry keys (under HKEY_CLASSES_ROOT) that registration writes for the classes.
 std::wstring classKeyPath(const CLSID& clsid);
-std::wstring progId(const wchar_t* className);
+std::wstring progId(const std::wstring& className);
 
 }  // namespace vx

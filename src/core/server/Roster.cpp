@@ -1,8 +1,20 @@
 #include "core/server/Roster.h"
 
-#include "Vx_Main.h"
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
+#include "core/dispatch/TypeLibrary.h"
+#include "core/runtime/ComPtr.h"
+#include "desktop/ENumAction.h"
+#include "desktop/EnumChid.h"
+#include "desktop/ListChild.h"
+#include "printing/PrintJob.h"
+#include "printing/PrintJobs.h"
+#include "printing/Printer.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -14,9 +26,6 @@
 #include "text/Calendar.h"
 #include "text/MyVaribleFunction.h"
 #include "text/SysTime.h"
-#include "desktop/EnumChid.h"
-#include "desktop/ENumAction.h"
-#include "desktop/ListChild.h"
 
 #include <iterator>
 
@@ -24,24 +33,33 @@ namespace vx {
 
 namespace {
 
-// One line a class, in the order of the coclasses in Vx_Main.idl.
+// One line a class. Adding a class: its interface and coclass in IDL, its .h/.cpp pair,
+// and its line here.
 const ClassEntry roster[] = {
-    {&CLSID_Ds_DataCollection, L"Ds_DataCollection", Instancing::Dependent, &createInstance<DataCollection>},
-    {&CLSID_Ds_ListCollection, L"Ds_ListCollection", Instancing::Global, &createInstance<ListCollection>},
-    {&CLSID_clsReg, L"clsReg", Instancing::Global, &createInstance<Reg>},
-    {&CLSID_cRegKey, L"cRegKey", Instancing::Dependent, &createInstance<RegKey>},
-    {&CLSID_cRegKeys, L"cRegKeys", Instancing::Dependent, &createInstance<RegKeys>},
-    {&CLSID_cRegValue, L"cRegValue", Instancing::Dependent, &createInstance<RegValue>},
-    {&CLSID_cRegValues, L"cRegValues", Instancing::Dependent, &createInstance<RegValues>},
-    {&CLSID_cRegEnumKey, L"cRegEnumKey", Instancing::Dependent, &createInstance<RegEnumKeyList>},
-    {&CLSID_cRegEnumValue, L"cRegEnumValue", Instancing::Dependent, &createInstance<RegEnumValueList>},
-    {&CLSID_Ds_Calendar, L"Ds_Calendar", Instancing::Global, &createInstance<Calendar>},
-    {&CLSID_Ds_AlphaMoney, L"Ds_AlphaMoney", Instancing::Global, &createInstance<AlphaMoney>},
-    {&CLSID_Ds_MyVaribleFunction, L"Ds_MyVaribleFunction", Instancing::Global, &createInstance<MyVaribleFunction>},
-    {&CLSID_Ds_SysTime, L"Ds_SysTime", Instancing::Global, &createInstance<SysTime>},
-    {&CLSID_Ds_EnumChid, L"Ds_EnumChid", Instancing::Global, &createInstance<EnumChid>},
-    {&CLSID_Ds_ENumAction, L"Ds_ENumAction", Instancing::Dependent, &createInstance<ENumAction>},
-    {&CLSID_Ds_ListChild, L"Ds_ListChild", Instancing::Dependent, &createInstance<ListChild>},
+    classLine<DataCollection>(),
+    classLine<ListCollection>(),
+    classLine<PrintJobs>(),
+    classLine<PrintJob>(),
+    classLine<Printer>(),
+    classLine<Reg>(),
+    classLine<RegKey>(),
+    classLine<RegKeys>(),
+    classLine<RegValue>(),
+    classLine<RegValues>(),
+    classLine<RegEnumKeyList>(),
+    classLine<RegEnumValueList>(),
+    classLine<Calendar>(),
+    classLine<AlphaMoney>(),
+    classLine<MyVaribleFunction>(),
+    classLine<SysTime>(),
+    classLine<EnumChid>(),
+    classLine<ENumAction>(),
+    classLine<ListChild>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
@@ -51,8 +69,27 @@ const ClassEntry* rosterEnd() noexcept { return std::end(roster); }
 
 const ClassEntry* findClass(REFCLSID clsid) noexcept {
     for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c)
-        if (IsEqualCLSID(*c->clsid, clsid)) return c;
+        if (IsEqualCLSID(c->classId(), clsid)) return c;
     return nullptr;
+}
+
+std::wstring className(const ClassEntry& c) {
+    ComPtr<ITypeInfo> info = ComPtr<ITypeInfo>::adopt(typeInfoOf(c.classId()));
+    BSTR name = nullptr;
+    if (!info || FAILED(info->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr))) return {};
+    std::wstring text = name ? name : L"";
+    SysFreeString(name);
+    return text;
+}
+
+Instancing instancingOf(const ClassEntry& c) noexcept {
+    ComPtr<ITypeInfo> info = ComPtr<ITypeInfo>::adopt(typeInfoOf(c.classId()));
+    TYPEATTR* attr = nullptr;
+    if (!info || FAILED(info->GetTypeAttr(&attr))) return Instancing::Dependent;
+    const WORD flags = attr->typekind == TKIND_COCLASS ? attr->wTypeFlags : 0;
+    info->ReleaseTypeAttr(attr);
+    if (!(flags & TYPEFLAG_FCANCREATE)) return Instancing::Dependent;
+    return (flags & TYPEFLAG_FAPPOBJECT) ? Instancing::Global : Instancing::Creatable;
 }
 
 }  // namespace vx

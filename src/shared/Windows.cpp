@@ -1,12 +1,15 @@
-#include "desktop/WindowModule.h"
+#include "shared/Windows.h"
 
+#include "Vx_MainEnums.h"
 #include "core/runtime/Ansi.h"
+#include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/Text.h"
-#include "desktop/ENumAction.h"
 
 #include <climits>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace vx {
 namespace window {
@@ -34,11 +37,8 @@ bool numericStep(const std::wstring& step, LONG& number) {
 }  // namespace
 
 LONG scaled(LONG pixels, bool twips) {
-    constexpr long long kTwipsPerPixel = 15;
-    if (!twips) return pixels;
-    const long long value = pixels * kTwipsPerPixel;
-    if (value < LONG_MIN || value > LONG_MAX) raise(err::Overflow);
-    return static_cast<LONG>(value);
+    constexpr Checked<int32_t> kTwipsPerPixel = 15;
+    return twips ? (Checked<int32_t>(pixels) * kTwipsPerPixel).value() : pixels;
 }
 
 LONG specialHandle(LONG code) {
@@ -98,18 +98,32 @@ LRESULT sendWithZeroRef(HWND hwnd, UINT msg, WPARAM wParam) {
     return SendMessageA(hwnd, msg, wParam, reinterpret_cast<LPARAM>(&zero));
 }
 
+bool sendToRead(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LRESULT& answer) {
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(hwnd, msg, wParam, lParam, SMTO_NORMAL | SMTO_ABORTIFHUNG, kReadTimeoutMs, &result))
+        return false;
+    answer = static_cast<LRESULT>(result);
+    return true;
+}
+
 std::wstring readText(HWND hwnd) {
-    const LRESULT reported = sendWithZeroRef(hwnd, WM_GETTEXTLENGTH, 0);
-    const LONG length = reported > LONG_MAX - 1 ? LONG_MAX - 1 : static_cast<LONG>(reported);
+    // The text is asked for in UTF-16 and passed through the ANSI code page, as an "A"
+    // call hands it over: asking in ANSI would have some systems convert the length with
+    // a second message to the window that waits without a bound.
+    LONG zero = 0;  // lParam 0 goes as the address of a 32-bit zero, as for every such message
+    LRESULT length = 0;
+    if (!sendToRead(hwnd, WM_GETTEXTLENGTH, 0, reinterpret_cast<LPARAM>(&zero), length)) return {};
+    if (length > kMaxTextLength) return {};
     if (length < 1) {
         AnsiBuffer buffer(1024);
         int n = GetWindowTextA(hwnd, buffer.data(), 1024);
         return n > 0 ? buffer.text(static_cast<size_t>(n)) : std::wstring();
     }
-    std::string buffer(static_cast<size_t>(length) + 1, '\0');
-    LRESULT n = SendMessageA(hwnd, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(&buffer[0]));
-    if (n >= 1) return fromAnsi(std::string_view(buffer.data(), std::min(static_cast<size_t>(n), buffer.size())));
-    return fromAnsi(buffer);  // nothing was copied: the NULs stay as they are
+    std::wstring buffer(static_cast<size_t>(length) + 1, L'\0');
+    LRESULT n = 0;
+    if (!sendToRead(hwnd, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(&buffer[0]), n)) return {};
+    if (n < 1) return buffer;  // nothing was copied: the NULs stay as they are
+    return fromAnsi(toAnsi(std::wstring_view(buffer.data(), std::min(static_cast<size_t>(n), buffer.size()))));
 }
 
 std::wstring readClass(HWND hwnd) {
@@ -161,8 +175,8 @@ std::vector<TopWindow>& topTable() {
     return table;
 }
 
-std::vector<ComPtr<_Ds_ENumAction>>& childTable() {
-    static std::vector<ComPtr<_Ds_ENumAction>> table;
+std::vector<LONG>& childTable() {
+    static std::vector<LONG> table;
     return table;
 }
 
@@ -199,20 +213,87 @@ long collectTopWindows() {
     return static_cast<long>(table.size()) - 1;
 }
 
-std::vector<ComPtr<_Ds_ENumAction>>& childWindows() { return childTable(); }
+const std::vector<LONG>& childWindows() { return childTable(); }
 
-void clearChildWindows() {
-    // Released only once the table is empty, so that a release cannot see it half-cleared.
-    auto old = std::move(childTable());
-    childTable().clear();
-}
+void clearChildWindows() { childTable().clear(); }
 
-void appendChildWindow(HWND hwnd) { childTable().push_back(ENumAction::forWindow(toLong(hwnd))); }
+void appendChildWindow(HWND hwnd) { childTable().push_back(toLong(hwnd)); }
 
 void collectChildWindows(HWND parent) { EnumChildWindows(parent, enumChildProc, 0); }
 
 void collectThreadWindows(DWORD threadId) {
     if (threadId != 0) EnumThreadWindows(threadId, enumChildProc, 0);
+}
+
+std::vector<LONG> childrenOf(const VARIANT& window) {
+    clearChildWindows();
+    tryStatement([&] {
+        const VARIANT& value = deref(window);
+        const bool zero = isEmpty(value) || (isNumeric(value) && toDouble(value) == 0.0);
+        if (!zero) collectChildWindows(toHwnd(resolvePath(toText(value), L"~")));
+    });
+    // The caller's own copy: reading a window may let a re-entrant call rebuild the table.
+    return childWindows();
+}
+
+std::vector<LONG> windowAndAncestors(LONG hwnd) {
+    clearChildWindows();
+    HWND current = toHwnd(hwnd);
+    for (int depth = 0; current && depth < 4096; ++depth) {
+        tryStatement([&] { appendChildWindow(current); });
+        current = GetParent(current);
+    }
+    return childWindows();
+}
+
+// ---- child lists ----
+
+namespace {
+
+// Keys of a child list: the first window with a given text keeps the text itself, the
+// n-th window with the same text (compared without regard to case) gets text#n; when
+// that is taken too, the next free number. An empty text gets no key.
+class UniqueKeys {
+public:
+    std::wstring next(const std::wstring& value) {
+        if (value.empty()) return {};
+        unsigned& seen = seen_[foldCase(value)];
+        ++seen;
+        std::wstring key = seen == 1 ? value : value + L"#" + std::to_wstring(seen);
+        while (!used_.insert(foldCase(key)).second) key = value + L"#" + std::to_wstring(++seen);
+        return key;
+    }
+
+private:
+    std::unordered_map<std::wstring, unsigned> seen_;
+    std::unordered_set<std::wstring> used_;
+};
+
+}  // namespace
+
+std::vector<ListedWindow> listWindows(const std::vector<LONG>& windows, LONG outputKind) {
+    std::vector<ListedWindow> listed;
+    UniqueKeys keys;
+    for (const LONG handle : windows) {
+        const HWND hwnd = toHwnd(handle);
+        auto add = [&](const std::wstring& text, ListedWindow::Also also) {
+            listed.push_back(ListedWindow{handle, keys.next(text), also});
+        };
+        if (outputKind == Out_ID || outputKind == Out_Both) add(hexText(GetWindowLongA(hwnd, GWL_ID)), ListedWindow::MainOnly);
+        if (outputKind == Out_Class || outputKind == Out_Both) add(readClass(hwnd), ListedWindow::AlsoClasses);
+        constexpr LONG visibleAndBordered = WS_VISIBLE | WS_BORDER;
+        if (outputKind == Out_Title || outputKind == Out_Both ||
+            (outputKind == Out_TitleTask && (GetWindowLongA(hwnd, GWL_STYLE) & visibleAndBordered) == visibleAndBordered))
+            add(readText(hwnd), ListedWindow::AlsoTitles);
+    }
+    return listed;
+}
+
+LONG keyedChild(LONG parent, std::wstring_view key) {
+    const std::wstring wanted = foldCase(key);
+    for (const ListedWindow& w : listWindows(childrenOf(*Variant::fromLong(parent)), Out_Both))
+        if (!w.key.empty() && foldCase(w.key) == wanted) return w.handle;
+    raise(err::InvalidCall);
 }
 
 }  // namespace window

@@ -1,4 +1,6 @@
-#include "core/server/Module.h"
+#include "core/runtime/Module.h"
+
+#include "core/runtime/Buffer.h"
 
 namespace vx::module {
 
@@ -15,15 +17,15 @@ HMODULE handle() noexcept {
 }
 
 std::wstring path() {
+    // Paths are at most 32767 characters long.
     std::wstring buffer(MAX_PATH, L'\0');
-    for (;;) {
-        DWORD n = GetModuleFileNameW(handle(), &buffer[0], static_cast<DWORD>(buffer.size()));
-        if (n < buffer.size()) {
-            buffer.resize(n);
-            return buffer;
-        }
-        buffer.resize(buffer.size() * 2);
-    }
+    const bool whole = growBuffer(buffer, 32768, [](std::wstring& b) {
+        const DWORD n = GetModuleFileNameW(handle(), &b[0], static_cast<DWORD>(b.size()));
+        if (n >= b.size()) return BufferNeed::more();
+        b.resize(n);
+        return BufferNeed::fits();
+    });
+    return whole ? buffer : std::wstring();
 }
 
 void objectCreated() noexcept { InterlockedIncrement(&objects); }
