@@ -413,6 +413,9 @@ struct Sweep {
         const unsigned long long yieldsBefore = yieldCount();
         const HRESULT hr = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, params,
                                           wantResult ? &result : nullptr, &ei, &argErr);
+        if (trace)
+            std::fprintf(stderr, "  -> 0x%08lX 0x%08lX, result type %u\n", static_cast<unsigned long>(hr),
+                         static_cast<unsigned long>(ei.scode), V_VT(&result));
         const unsigned long long yielded = yieldCount() - yieldsBefore;
         yields += yielded;
         if (yielded > kYieldBound) fault("a wait beyond the bound of yields", what);
