@@ -251,8 +251,12 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
 
     // What each parameter needs: an omitted by-reference parameter with a default gets a
     // reference to the default; a host variable (a reference to a Variant) passed where a
-    // typed reference is declared gets a reference to its value in that type.
-    enum Need { Pass, Default, Typed };
+    // typed reference is declared gets a reference to its value in that type, written back
+    // after the call; a value passed where a typed reference is declared gets a reference
+    // to a copy in that type, which the call may change and nobody reads back (a value
+    // has no variable to write into, and the type info would try to convert it back into
+    // the caller's own argument, failing the finished call over a value such as NaN).
+    enum Need { Pass, Default, Typed, Copied };
     auto needOf = [&](UINT i) {
         const CallPlan::Param& p = member.params[i];
         const UINT at = source[i];
@@ -260,7 +264,9 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         if (type == VT_EMPTY) return Pass;
         if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
         const VARIANT& arg = params->rgvarg[at];
-        if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg) && type != VT_VARIANT) return Typed;
+        if (type == VT_VARIANT) return Pass;
+        if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg)) return Typed;
+        if (!(V_VT(&arg) & VT_BYREF) && V_VT(&arg) != type) return Copied;
         return Pass;
     };
     // The arguments to pass by position: up to the last one given or needing completion;
