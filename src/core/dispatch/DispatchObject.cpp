@@ -515,12 +515,21 @@ HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DI
         if (argErr && position != CallArguments::noPosition) *argErr = position;
         return hr;
     }
-    if (result) VariantInit(result);  // an out parameter: what it held is not ours to free
-    hr = member->records ? callDirect(*member, object, *pass, result, excepInfo, &position)
-                         : info->Invoke(object, id, flags, pass, result, excepInfo, &position);
+    // The result is made in storage of our own and handed over only when the call
+    // succeeds: the host's result is an out parameter (what it held is not ours to free),
+    // a failed call hands back nothing (not even the empty text a type info makes of a
+    // null one), and a host's result storage is never touched by a failure (a script
+    // engine may pass storage it still reads).
+    VARIANT made;
+    VariantInit(&made);
+    VARIANT* const into = result ? &made : nullptr;
+    hr = member->records ? callDirect(*member, object, *pass, into, excepInfo, &position)
+                         : info->Invoke(object, id, flags, pass, into, excepInfo, &position);
     args.finish(position, argErr);
-    // A failed call has no result: not even the empty text a type info makes of a null one.
-    if (FAILED(hr) && result) VariantClear(result);
+    if (FAILED(hr))
+        VariantClear(&made);
+    else if (result)
+        *result = made;  // moved: the caller owns it now
     return finishInvoke(hr, excepInfo);
 }
 
