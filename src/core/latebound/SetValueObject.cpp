@@ -173,11 +173,10 @@ Failure currentFailure() {
     } catch (const RuntimeError& e) {
         return {e.number(), runtimeErrorText(e.number())};
     } catch (const ComError& e) {
-        const HRESULT hr = e.hresult();
-        const bool runtime = HRESULT_FACILITY(hr) == FACILITY_CONTROL;
-        const long number = runtime ? static_cast<long>(HRESULT_CODE(hr)) : static_cast<long>(hr);
+        const int runtime = runtimeErrorNumber(e.hresult());
+        const long number = runtime ? runtime : static_cast<long>(e.hresult());
         if (!e.description().empty()) return {number, e.description()};
-        return {number, runtime ? runtimeErrorText(number) : std::wstring(L"Automation error")};
+        return {number, runtime ? runtimeErrorText(runtime) : std::wstring(L"Automation error")};
     } catch (const std::bad_alloc&) {
         return {err::OutOfMemory, runtimeErrorText(err::OutOfMemory)};
     } catch (...) {
