@@ -227,7 +227,7 @@ HRESULT SetValueObject::GetValueData(IDispatch** ObjectControls, BSTR ProcName, 
         // the control itself.
         attempt([&] { return LateBound(*control.get(L"Object")); });
         if (failure) attempt([&] { return control ? control : throw RuntimeError(err::ObjectNotSet); });
-        if (!failure && GetResultValue && *done.word == L'G') {
+        if (!failure && GetResultValue && !isMissing(*GetResultValue) && *done.word == L'G') {
             try {
                 writeBack(*GetResultValue, *done.value);
             } catch (...) {
