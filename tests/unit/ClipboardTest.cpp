@@ -12,7 +12,6 @@
 #include "Vx_Main.h"
 
 #include <olectl.h>
-#include <shlobj.h>
 
 #include <cstring>
 #include <map>
@@ -49,10 +48,6 @@ struct FakeClipboard {
         s.close = [this] { return std::exchange(isOpen, false) ? TRUE : FALSE; };
         s.empty = [this] { return isOpen ? (clear(), TRUE) : FALSE; };
         s.isFormatAvailable = [this](UINT f) { return data.count(f) ? TRUE : FALSE; };
-        s.enumFormats = [this](UINT f) -> UINT {
-            auto next = data.upper_bound(f);
-            return next == data.end() ? 0 : next->first;
-        };
         s.getData = [this](UINT f) -> HANDLE {
             ++reads;
             if (auto hook = std::exchange(whileReading, nullptr)) hook();
@@ -86,16 +81,6 @@ struct FakeClipboard {
         GlobalUnlock(g);
         data[CF_TEXT] = g;
     }
-    void putFiles(const std::wstring& namesWithNuls) {  // each name and its NUL, then one more
-        const size_t bytes = sizeof(DROPFILES) + (namesWithNuls.size() + 1) * sizeof(wchar_t);
-        HGLOBAL g = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, bytes);
-        auto* drop = static_cast<DROPFILES*>(GlobalLock(g));
-        drop->pFiles = sizeof(DROPFILES);
-        drop->fWide = TRUE;
-        std::memcpy(drop + 1, namesWithNuls.data(), namesWithNuls.size() * sizeof(wchar_t));
-        GlobalUnlock(g);
-        data[CF_HDROP] = g;
-    }
     // One tick of the timer, as the host's message loop delivers it.
     void tick() { proc(nullptr, WM_TIMER, timers.empty() ? 0 : timers.begin()->first, 0); }
 
@@ -106,7 +91,6 @@ private:
 Variant text(const wchar_t* s) { return Variant::fromText(s); }
 Variant number(long n) { return Variant::fromLong(n); }
 bool seenText(IDispatch* c) { return toBool(*call(c, L"ResultClipboardText").value); }
-bool seenFile(IDispatch* c) { return toBool(*call(c, L"ResultClipboardFile").value); }
 
 }  // namespace
 
@@ -139,24 +123,6 @@ TEST(ClipboardWatch, TimersBelongToTheObjectThatStartedThem) {
     clipboard.tick();
     EXPECT_EQ(module::liveObjects(), before);
     EXPECT_EQ(clipboard.reads, 0);
-}
-
-TEST(ClipboardWatch, ATickServesTheLatestWatchAndStopsWhenAllIsSeen) {
-    FakeClipboard clipboard;
-    auto first = vxtest::createObject(CLSID_Ds_Clipboard);
-    auto second = vxtest::createObject(CLSID_Ds_Clipboard);
-    call(first.get(), L"GoTimeClipboard", {text(L"abc")});
-    call(second.get(), L"GoTimeClipboard", {text(L"ABC"), text(L"c:\\x\\One.txt")});
-    clipboard.putText("xxaBcxx");
-    clipboard.tick();
-    EXPECT_FALSE(seenText(first.get()));
-    EXPECT_TRUE(seenText(second.get()));
-    EXPECT_EQ(clipboard.timers.size(), 2u);  // the file is still awaited
-    clipboard.putFiles(std::wstring(L"C:\\X\\one.TXT") + L'\0');
-    clipboard.tick();
-    EXPECT_TRUE(seenFile(second.get()));
-    EXPECT_EQ(clipboard.timers.size(), 1u);  // the second's own timer stopped; the first's runs on
-    call(first.get(), L"DeactiveTimer");
 }
 
 TEST(ClipboardWatch, AHostCallingBackDuringATickCannotUpsetIt) {
