@@ -9,6 +9,14 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "printing/PrintJob.h"
+#include "printing/PrintJobs.h"
+#include "printing/Printer.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -32,6 +40,9 @@ namespace {
 const ClassEntry roster[] = {
     classLine<DataCollection>(),
     classLine<ListCollection>(),
+    classLine<PrintJobs>(),
+    classLine<PrintJob>(),
+    classLine<Printer>(),
     classLine<Reg>(),
     classLine<RegKey>(),
     classLine<RegKeys>(),
@@ -48,6 +59,11 @@ const ClassEntry roster[] = {
     classLine<ENumAction>(),
     classLine<ListChild>(),
     classLine<Clipboard>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
