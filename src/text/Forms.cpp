@@ -5,6 +5,7 @@
 #include "core/runtime/Errors.h"
 #include "core/runtime/LateBound.h"
 #include "core/runtime/Text.h"
+#include "shared/Waits.h"
 #include "shared/Windows.h"
 #include "text/Arrays.h"
 
@@ -40,7 +41,7 @@ Part partOf(const VARIANT& value) {
     Part part;
     if (isObject(v)) {
         IDispatch* object = dispatchOf(v);
-        if (!object) raise(V_UNKNOWN(&v) ? err::TypeMismatch : err::ObjectNotSet);
+        if (!object) raise(unknownOf(v) ? err::TypeMismatch : err::ObjectNotSet);
         part.object = ComPtr<IDispatch>(object);
     } else if (isNull(v)) {
         raise(err::InvalidUseOfNull);
@@ -77,7 +78,7 @@ std::vector<Variant> itemsOf(const VARIANT& value) {
     if (!object) raise(isObject(v) ? err::ObjectNotSet : err::TypeMismatch);
     std::vector<Variant> none;
     Variant enumerator = LateBound::invoke(object, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, none);
-    IUnknown* unknown = isObject(*enumerator) ? V_UNKNOWN(&deref(*enumerator)) : nullptr;
+    IUnknown* unknown = unknownOf(*enumerator);
     ComPtr<IEnumVARIANT> walk;
     if (!unknown || FAILED(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(walk.put()))))
         raise(err::NotSupported);
@@ -333,6 +334,11 @@ std::wstring controlType(const VARIANT& control) {
 void dragMe(const VARIANT& form, LONG buttonMessage, LONG hitTest) {
     const HWND hwnd = windowOf(partOf(form));
     if (!hwnd) return;
+    // A press of the primary button starts the system's move or size loop, which lasts
+    // until that button is released: with the button up there is nothing to drag, and
+    // the loop would wait for a release that never comes.
+    const int primary = GetSystemMetrics(SM_SWAPBUTTON) ? VK_RBUTTON : VK_LBUTTON;
+    if (buttonMessage == WM_NCLBUTTONDOWN && !isKeyDown(primary)) return;
     ReleaseCapture();
     SendMessageW(hwnd, static_cast<UINT>(buttonMessage), static_cast<WPARAM>(static_cast<LONG_PTR>(hitTest)), 0);
 }

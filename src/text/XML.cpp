@@ -183,7 +183,7 @@ ComPtr<IXMLDOMNode> XML::contextOf(const VARIANT& context) {
     if (isMissing(v) || isEmpty(v)) return documentNode();
     if (isNull(v)) raise(err::InvalidUseOfNull);
     if (!isObject(v) || isArray(v)) raise(err::TypeMismatch);
-    IUnknown* object = V_UNKNOWN(&v);
+    IUnknown* object = unknownOf(v);
     if (!object) return documentNode();
     ComPtr<IXMLDOMNode> node = queryAs<IXMLDOMNode>(object, IID_IXMLDOMNode);
     if (!node) raise(err::TypeMismatch);
@@ -220,7 +220,7 @@ ComPtr<IXMLDOMNode> XML::nodeOf(const VARIANT& node, LONG item) {
     const VARIANT& v = deref(node);
     ComPtr<IXMLDOMNode> found;
     if (isObject(v)) {
-        IUnknown* object = V_UNKNOWN(&v);
+        IUnknown* object = unknownOf(v);
         if (!object) raise(err::ObjectNotSet);
         found = queryAs<IXMLDOMNode>(object, IID_IXMLDOMNode);
         if (!found) raise(err::TypeMismatch);

@@ -291,17 +291,18 @@ CheckEqual "enabled again", f.GoEnabledFrame(group), 3
 Check "all of them", e.GetChild(group).Enabled And e.GetChild("Vx Form Fixture~Button~Edit").Enabled
 
 Section "DragMe"
-f.DragMe "Vx Form Fixture"
-CheckEqual "a press on the caption", WaitText(report, "161 2"), "161 2"
-f.DragMe top, 161, 17
-CheckEqual "a press on the bottom right corner", WaitText(report, "161 17"), "161 17"
+f.DragMe "Vx Form Fixture", 163
+CheckEqual "a double click on the caption", WaitText(report, "163 2"), "163 2"
+f.DragMe top, 164, 17
+CheckEqual "a right press on the bottom right corner", WaitText(report, "164 17"), "164 17"
 Set win = New Form
 win.hWnd = top
 f.DragMe win, 163
 CheckEqual "a script form by its hWnd", WaitText(report, "163 2"), "163 2"
 f.DragMe 0
 f.DragMe ""
-Check "no window: nothing sent", e.GetChild(report).Title = "163 2"
+f.DragMe "Vx Form Fixture"
+Check "no window, or a left press with no button held: nothing sent", e.GetChild(report).Title = "163 2"
 
 Section "WinOnTop"
 Check "on top", f.WinOnTop("Vx Form Fixture")

@@ -337,3 +337,15 @@ TEST(CallArguments, AFailedCallHasNoResult) {
     EXPECT_EQ(refused.errorNumber(), 13);
     EXPECT_EQ(refused.value.type(), VT_EMPTY);
 }
+
+TEST(CallArguments, AnEmptyValueTheCallFillsIsFreed) {
+    // GAdd given Empty as a value (an expression, not a variable) makes an array holding
+    // the object; no one can read it back, and the object must not stay referenced.
+    auto helper = vxtest::createObject(CLSID_Ds_MyVaribleFunction);
+    auto held = vxtest::createObject(CLSID_Ds_Calendar);
+    held->AddRef();
+    const ULONG before = held->Release();
+    EXPECT_EQ(call(helper.get(), L"GAdd", {Variant(), Variant::fromDispatch(held.get())}).errorNumber(), 0);
+    held->AddRef();
+    EXPECT_EQ(held->Release(), before);
+}

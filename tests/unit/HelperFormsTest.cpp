@@ -5,6 +5,7 @@
 // (tests/host/helpers_forms.vbs, helpers_display.vbs).
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
+#include "core/runtime/Services.h"
 #include "core/runtime/Text.h"
 #include "text/Display.h"
 
@@ -149,6 +150,10 @@ TEST(MyVaribleFunctionForms, ImagesTakeTheirPicturesProportionsWithinTheBox) {
     EXPECT_EQ(toDouble(*(*image)[L"Width"]), 300);
     EXPECT_EQ(toDouble(*(*image)[L"Height"]), 150);
     EXPECT_EQ(call(h.get(), L"GoImageSizeAuto", {bagValue(image), Variant::fromLong(0)}).errorNumber(), 5);
+    // An object that is no picture is refused as the argument it is.
+    EXPECT_EQ(call(h.get(), L"GoImageSizeAuto", {bagValue(image), Variant::missing(), Variant::missing(), bagValue(image)})
+                  .errorNumber(),
+              13);
     // No picture: nothing to size by.
     (*image)[L"Picture"] = object(nullptr);
     EXPECT_FALSE(toBool(*call(h.get(), L"GoImageSizeAuto", {bagValue(image)}).value));
@@ -286,6 +291,17 @@ TEST(WindowsHelperForms, DragMeReleasesTheCaptureAndPressesTheFrame) {
     auto h = vxtest::createObject(CLSID_Ds_MyVaribleFunction);
     NonClientRecorder form;
     auto bag = Bag::make({{L"hWnd", Variant::fromLong(handleOf(form.hwnd))}});
+    // No button held: a press of the primary button has nothing to drag and is not sent.
+    KeyboardService buttonUp, buttonDown;
+    buttonUp.asyncKeyState = [](int) -> SHORT { return 0; };
+    buttonDown.asyncKeyState = [](int key) -> SHORT {
+        return key == (GetSystemMetrics(SM_SWAPBUTTON) ? VK_RBUTTON : VK_LBUTTON) ? SHORT(0x8000) : SHORT(0);
+    };
+    {
+        ReplaceService<KeyboardService> up(buttonUp);
+        ASSERT_EQ(call(h.get(), L"DragMe", {bagValue(bag)}).errorNumber(), 0);
+    }
+    ReplaceService<KeyboardService> down(buttonDown);
     SetCapture(form.hwnd);
     ASSERT_EQ(call(h.get(), L"DragMe", {bagValue(bag)}).errorNumber(), 0);
     EXPECT_EQ(GetCapture(), nullptr);

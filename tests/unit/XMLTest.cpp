@@ -195,6 +195,20 @@ TEST(XML, NodesOfOtherDocumentsAndNewRoots) {
     EXPECT_EQ(call(y.get(), L"GetNodeText", {Variant::fromDispatch(x.get())}).errorNumber(), 13);
     EXPECT_EQ(call(y.get(), L"SelectNode", {text(L"*"), Variant::fromDispatch(x.get())}).errorNumber(), 13);
     EXPECT_EQ(call(y.get(), L"GetNodeText", {Variant::fromDispatch(nullptr)}).errorNumber(), 91);
+    // A typed object variable passed by reference: a node, or Nothing.
+    auto byRef = [](IDispatch** variable) {
+        VARIANT v;
+        VariantInit(&v);
+        V_VT(&v) = VT_DISPATCH | VT_BYREF;
+        V_DISPATCHREF(&v) = variable;
+        return Variant::take(v);
+    };
+    IDispatch* node = b.get();
+    IDispatch* nothing = nullptr;
+    EXPECT_EQ(textOf(call(y.get(), L"GetNodeText", {byRef(&node)}).value), L"2");
+    EXPECT_EQ(call(y.get(), L"GetNodeText", {byRef(&nothing)}).errorNumber(), 91);
+    EXPECT_EQ(vxtest::longOf(call(x.get(), L"CountNodes", {text(L"b"), byRef(&nothing)}).value), 0);
+    EXPECT_EQ(vxtest::longOf(call(x.get(), L"CountNodes", {text(L"/a/b"), byRef(&nothing)}).value), 1);
 }
 
 TEST(TypeLibrary, XmlNodesAreMsxml6sAndNewMembersHaveHelp) {

@@ -62,6 +62,20 @@ TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
         if (!objectRef) r.type = VT_I4;
         break;
     case TKIND_ALIAS:
+        if (r.byRef && attr->tdescAlias.vt == VT_USERDEFINED) {
+            // Another name of an interface (IPictureDisp): that interface, by value
+            // (IPictureDisp*) or by reference (IPictureDisp**), when the name stands for one.
+            TYPEDESC pointer{}, reference{};
+            pointer.vt = VT_PTR;
+            pointer.lptdesc = &attr->tdescAlias;
+            reference.vt = VT_PTR;
+            reference.lptdesc = &pointer;
+            TypeOf aliased = describe(ref.get(), objectRef ? reference : pointer);
+            if (aliased.type == VT_DISPATCH || aliased.type == VT_UNKNOWN) {
+                r = std::move(aliased);
+                break;
+            }
+        }
         if (!objectRef) r.type = attr->tdescAlias.vt;
         break;
     case TKIND_RECORD:
@@ -264,7 +278,10 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         if (type == VT_EMPTY) return Pass;
         if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
         const VARIANT& arg = params->rgvarg[at];
-        if (type == VT_VARIANT) return Pass;
+        // Empty passed as a value where a Variant reference is declared: the call may fill
+        // it (with an array of objects, say) but an Empty argument cannot take the result
+        // back, so the call fills a copy, which this base frees afterwards.
+        if (type == VT_VARIANT) return V_VT(&arg) == VT_EMPTY ? Copied : Pass;
         if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg)) return Typed;
         if (!(V_VT(&arg) & VT_BYREF) && V_VT(&arg) != type) return Copied;
         return Pass;

@@ -139,6 +139,13 @@ IDispatch* dispatchOf(const VARIANT& v) noexcept {
     return nullptr;
 }
 
+IUnknown* unknownOf(const VARIANT& v) noexcept {
+    const VARIANT& d = deref(v);
+    if (V_VT(&d) == VT_UNKNOWN) return V_UNKNOWN(&d);
+    if (V_VT(&d) == (VT_UNKNOWN | VT_BYREF)) return V_UNKNOWNREF(&d) ? *V_UNKNOWNREF(&d) : nullptr;
+    return dispatchOf(d);
+}
+
 void assignToReference(VARIANT& arg, const VARIANT& value) {
     if (!(V_VT(&arg) & VT_BYREF)) return;
     // A reference to a Variant: store the value itself.

@@ -100,6 +100,8 @@ bool isObject(const VARIANT& v) noexcept;    // an object reference, Nothing inc
 bool isText(const VARIANT& v) noexcept;
 // The object reference a VARIANT holds (no new reference), or null.
 IDispatch* dispatchOf(const VARIANT& v) noexcept;
+// The same for any object, IUnknown references included (no new reference), or null.
+IUnknown* unknownOf(const VARIANT& v) noexcept;
 
 // Writes value into a by-reference argument the caller passed (a VT_BYREF VARIANT);
 // a by-value argument is left alone. The value is converted to the reference's type.
