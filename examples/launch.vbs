@@ -13,7 +13,7 @@ Set launcher = CreateObject("Vx_Main.Ds_RunShell")
 Set finder = CreateObject("Vx_Main.Ds_EnumChid")
 Set sysproc = CreateObject("Vx_Main.Ds_SystemProcess")
 
-folder = fso.BuildPath(fso.GetSpecialFolder(2).Path, fso.GetTempName())
+folder = fso.BuildPath(shell.Environment("Process")("TEMP"), fso.GetTempName())
 fso.CreateFolder folder
 
 ' Closes the window with this title and waits (counted in yields) until it is gone.
@@ -58,7 +58,7 @@ WScript.Echo "Memory known: " & (CDbl(kb) > 0) & " (" & gb & " GB)"
 
 ' Ending processes by image name ends every process of that name, so this example
 ' starts a copy of Notepad under a name of its own and ends only that.
-fso.CopyFile fso.BuildPath(fso.GetSpecialFolder(1).Path, "notepad.exe"), fso.BuildPath(folder, "vx_example_pad.exe")
+fso.CopyFile shell.Environment("Process")("SystemRoot") & "\system32\notepad.exe", fso.BuildPath(folder, "vx_example_pad.exe")
 Set job = shell.Exec(fso.BuildPath(folder, "vx_example_pad.exe"))
 finder.WaitDoEvents , 100
 sysproc.KillProcess "vx_example_pad.exe"

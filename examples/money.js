@@ -7,7 +7,8 @@ WScript.Echo("2500 in words: " + text.length + " characters");
 // Words for a cheque: write them to a UTF-16 file, which keeps the Persian letters
 // (the console may not). The file goes in a folder of its own, removed afterwards.
 var fso = new ActiveXObject("Scripting.FileSystemObject");
-var folder = fso.BuildPath(fso.GetSpecialFolder(2).Path, fso.GetTempName());
+var temp = new ActiveXObject("WScript.Shell").Environment("Process")("TEMP");
+var folder = fso.BuildPath(temp, fso.GetTempName());
 fso.CreateFolder(folder);
 var file = fso.BuildPath(folder, "cheque.txt");
 var stream = fso.CreateTextFile(file, true, true);       // true: Unicode
