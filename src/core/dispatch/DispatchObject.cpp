@@ -57,6 +57,16 @@ TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
     ComPtr<ITypeInfo> ref;
     TYPEATTR* attr = nullptr;
     if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put())) || FAILED(ref->GetTypeAttr(&attr))) return TypeOf{};
+    // An alias of another declared type (IPictureDisp names the Picture dispinterface)
+    // stands for that type.
+    for (int depth = 0; attr->typekind == TKIND_ALIAS && attr->tdescAlias.vt == VT_USERDEFINED && depth < 8; ++depth) {
+        ComPtr<ITypeInfo> next;
+        const HRESULT hr = ref->GetRefTypeInfo(attr->tdescAlias.hreftype, next.put());
+        ref->ReleaseTypeAttr(attr);
+        attr = nullptr;
+        if (FAILED(hr) || FAILED(next->GetTypeAttr(&attr))) return TypeOf{};
+        ref = std::move(next);
+    }
     switch (attr->typekind) {
     case TKIND_ENUM:
         if (!objectRef) r.type = VT_I4;
