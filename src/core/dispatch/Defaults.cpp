@@ -2,6 +2,7 @@
 
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
+#include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
 #include "core/runtime/Variant.h"
 
@@ -71,6 +72,23 @@ const VARIANT& declaredDefault(REFIID iface, std::wstring_view member, std::wstr
     Variant value;
     if (!readDefault(iface, member, parameter, value)) raise(err::InternalError);
     return *known.emplace(std::move(key), std::move(value)).first->second;
+}
+
+const VARIANT& argumentOr(const VARIANT* arg, REFIID iface, std::wstring_view member, std::wstring_view parameter) {
+    if (!arg || isMissing(*arg)) return declaredDefault(iface, member, parameter);
+    return deref(*arg);
+}
+
+LONG argumentOr(const LONG* arg, REFIID iface, std::wstring_view member, std::wstring_view parameter) {
+    return arg ? *arg : toInt32(declaredDefault(iface, member, parameter));
+}
+
+bool argumentOr(const VARIANT_BOOL* arg, REFIID iface, std::wstring_view member, std::wstring_view parameter) {
+    return arg ? *arg != VARIANT_FALSE : toBool(declaredDefault(iface, member, parameter));
+}
+
+std::wstring argumentOr(const BSTR* arg, REFIID iface, std::wstring_view member, std::wstring_view parameter) {
+    return arg ? std::wstring(viewOf(*arg)) : toText(declaredDefault(iface, member, parameter));
 }
 
 }  // namespace vx

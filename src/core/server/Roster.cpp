@@ -7,6 +7,11 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "files/DriveInfo.h"
+#include "files/FileSystem.h"
+#include "files/RecycleBin.h"
+#include "files/TypeFileDetails.h"
+#include "files/TypeFileSys.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -44,6 +49,11 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<FileSystem>(),
+    classLine<TypeFileSys>(),
+    classLine<DriveInfo>(),
+    classLine<RecycleBin>(),
+    classLine<TypeFileDetails>(),
 };
 
 }  // namespace
