@@ -84,13 +84,16 @@ void savePicture(const VARIANT& value, const std::wstring& path) {
         raise(err::TypeMismatch);
     ComPtr<IStream> stream;
     check(CreateStreamOnHGlobal(nullptr, TRUE, stream.put()));
-    LONG size = 0;
-    check(picture->SaveAsFile(stream.get(), TRUE, &size));
-    HGLOBAL memory = nullptr;
-    check(GetHGlobalFromStream(stream.get(), &memory));
-    GlobalLocked<char> bytes(memory);
-    if (!bytes || size < 0 || static_cast<SIZE_T>(size) > GlobalSize(memory)) raise(err::InternalError);
-    if (!writeBytes(path, bytes.get(), static_cast<size_t>(size))) raise(err::PathFileAccess);
+    LONG saved = 0;
+    check(picture->SaveAsFile(stream.get(), TRUE, &saved));
+    // What was written ends where the stream stands.
+    ULARGE_INTEGER end{};
+    check(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_CUR, &end));
+    check(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
+    std::string bytes(static_cast<size_t>(end.QuadPart), '\0');
+    ULONG got = 0;
+    if (!bytes.empty()) check(stream->Read(&bytes[0], static_cast<ULONG>(bytes.size()), &got));
+    if (!writeBytes(path, bytes.data(), got)) raise(err::PathFileAccess);
 }
 
 // GetInfoSizeByte: bytes, KB, MB or GB by band, formatted with the mask (or the band's own).
