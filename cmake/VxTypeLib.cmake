@@ -37,7 +37,7 @@ function(vx_typelib idl name)
     # check that it arrives); that one message is left out, widl's exit status kept.
     COMMAND bash -c "set -o pipefail; \"$@\" 2>&1 | { grep -v 'non-null pointer default value' || true; }"
             widl ${widl} -t -o ${out}/${name}.tlb ${out}/${name}.tlb.idl
-    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb ${out}/${name}.tlb.idl
     COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
     COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
     COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl ${out}/${name}.tlb.idl ${out}/${name}Enums.h

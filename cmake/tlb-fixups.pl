@@ -17,11 +17,36 @@
 #  3. A whole-number default of a Variant parameter that fits in 16 bits is an Integer,
 #     as the host language types its literals (widl writes a Long).
 #
-# Usage: tlb-fixups.pl file.tlb   (edits the file in place, prints what it changed)
+# Each count is also worked out from the IDL the type library was made of, and the step
+# fails (removing the type library) when what it changed differs: a widl that writes the
+# library in another way must not turn these fixes silently into nothing.
+#
+# Usage: tlb-fixups.pl file.tlb preprocessed.idl   (edits the file in place, prints what it changed)
 use strict;
 use warnings;
 
-my $file = shift or die "usage: $0 file.tlb\n";
+my $file = shift or die "usage: $0 file.tlb preprocessed.idl\n";
+my $idlFile = shift or die "usage: $0 file.tlb preprocessed.idl\n";
+
+# What the IDL implies: the application-object coclasses; the [out] parameters declared
+# as a plain VARIANT or BSTR; and the whole-number defaults of Variant parameters that
+# change type (one of a plain VARIANT when it fits in 16 bits, widl writing a Long; any
+# on a VARIANT*, widl writing a Variant).
+my %expected = (predeclared => 0, references => 0, retyped => 0);
+{
+    open(my $in, '<', $idlFile) or die "$idlFile: $!\n";
+    my $idl = do { local $/; <$in> };
+    close $in;
+    $expected{predeclared}++ while $idl =~ /\[[^\]]*\bappobject\b[^\]]*\]\s*coclass\b/g;
+    while ($idl =~ /\[([^\]]*)\]\s*(VARIANT|BSTR)\b\s*(\*?)\s*\w+/g) {
+        my ($attributes, $type, $pointer) = ($1, $2, $3);
+        $expected{references}++ if !$pointer && $attributes =~ /\bout\b/ && $attributes !~ /\bretval\b/;
+        next unless $type eq 'VARIANT' && $attributes =~ /\bdefaultvalue\(\s*(\d+|0x[0-9a-fA-F]+)\s*\)/;
+        my $number = $1 =~ /^0x/i ? hex($1) : $1;
+        next if $number > 0x3FFFFFF;                       # kept outside the record: left as it is
+        $expected{retyped}++ if $pointer || $number <= 0x7FFF;
+    }
+}
 open(my $fh, '+<', $file) or die "$file: $!\n";
 binmode $fh;
 local $/;
@@ -108,7 +133,15 @@ for my $off (@offsets) {
         $record += $length;
     }
 }
+my %done = (predeclared => $predeclared, references => $references, retyped => $retyped);
+my @differ = grep { $done{$_} != $expected{$_} } sort keys %expected;
+if (@differ) {
+    close $fh;
+    unlink $file;
+    die "$file: the fix-ups changed " . join(', ', map { "$_ $done{$_} (the IDL implies $expected{$_})" } @differ) .
+        ": widl wrote the type library in a way this script does not know\n";
+}
 seek($fh, 0, 0);
 print $fh $data;
 close $fh;
-print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed\n";
+print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed, as the IDL implies\n";

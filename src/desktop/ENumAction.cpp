@@ -58,6 +58,12 @@ HRESULT ENumAction::Click(Flag_TypeSend SendMy) {
 
 HRESULT ENumAction::get_ClickCheckBox(Flag_TypeSend SendMy, VARIANT_BOOL* value) {
     return deliver(value, [&] {
+        if (SendMy == F_SendMessage) {
+            // A read: a window that does not answer reads as unchecked instead of hanging the caller.
+            LRESULT state = 0;
+            window::sendToRead(toHwnd(handle_), BM_GETCHECK, 0, 0, state);
+            return static_cast<LONG>(state) != 0;
+        }
         return toBool(*EnumChid::actionSend(handle_, BM_GETCHECK, 0, *Variant::fromLong(0), SendMy));
     });
 }
@@ -216,19 +222,19 @@ HRESULT ENumAction::get_ParentClass(BSTR* value) {
 }
 
 HRESULT ENumAction::get_PostionRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetWindowRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
+    return guard([&] {
+        RECT r{};
+        GetWindowRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
+    });
 }
 
 HRESULT ENumAction::get_SizeRect(Vx_RECT* value) {
-    if (!value) return E_POINTER;
-    RECT r{};
-    GetClientRect(toHwnd(handle_), &r);
-    *value = toRecord(r);
-    return S_OK;
+    return guard([&] {
+        RECT r{};
+        GetClientRect(toHwnd(handle_), &r);
+        required(value) = toRecord(r);
+    });
 }
 
 HRESULT ENumAction::get_SubParent(_Ds_ENumAction** value) {

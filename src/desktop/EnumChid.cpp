@@ -208,10 +208,9 @@ HRESULT EnumChid::GetFindW(BSTR lpClassName, BSTR lpWindowName, LONG* result) {
 }
 
 HRESULT EnumChid::GoImageAlphaHwnd(LONG* MyHwnd, IDispatch** ObjectForm, LONG* ValueAlpha) {
-    if (!MyHwnd || !ObjectForm || !ValueAlpha) return E_POINTER;
     return guard([&] {
-        imageOfWindow(*MyHwnd, *ObjectForm);
-        formAlpha(toInt32(*LateBound(*ObjectForm).get(L"hWnd")), *ValueAlpha);
+        imageOfWindow(required(MyHwnd), required(ObjectForm));
+        formAlpha(toInt32(*LateBound(*ObjectForm).get(L"hWnd")), required(ValueAlpha));
     });
 }
 
@@ -282,8 +281,7 @@ void EnumChid::formAlpha(LONG hwndValue, LONG alpha) {
 }
 
 HRESULT EnumChid::GoImageWithHwnd(LONG* MyHwnd, IDispatch** ObjectForm) {
-    if (!MyHwnd || !ObjectForm) return E_POINTER;
-    return guard([&] { imageOfWindow(*MyHwnd, *ObjectForm); });
+    return guard([&] { imageOfWindow(required(MyHwnd), required(ObjectForm)); });
 }
 
 HRESULT EnumChid::CloseAllWindows(short nCount) {
@@ -296,8 +294,7 @@ HRESULT EnumChid::CloseAllWindows(short nCount) {
 }
 
 HRESULT EnumChid::GoFormAlpha(LONG* MyHwnd, LONG* ValueAlpha) {
-    if (!MyHwnd || !ValueAlpha) return E_POINTER;
-    return guard([&] { formAlpha(*MyHwnd, *ValueAlpha); });
+    return guard([&] { formAlpha(required(MyHwnd), required(ValueAlpha)); });
 }
 
 HRESULT EnumChid::IsHitTest(LONG hWnd, VARIANT_BOOL* result) {

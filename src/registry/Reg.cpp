@@ -4,6 +4,7 @@
 #include "core/dispatch/Defaults.h"
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
+#include "core/runtime/Handles.h"
 #include "core/runtime/SafeArray.h"
 #include "core/runtime/Text.h"
 #include "registry/RegEnumKey.h"
@@ -99,10 +100,9 @@ std::string bytesOfArray(const VARIANT& value) {
     bytes.reserve(static_cast<size_t>(high - low) + 1);
     const VARTYPE element = valueType(value) & ~VT_ARRAY;
     if (element == VT_UI1 || element == VT_I1) {
-        void* p = nullptr;
-        check(SafeArrayAccessData(view.get(), &p));
-        bytes.assign(static_cast<const char*>(p), static_cast<size_t>(high - low) + 1);
-        SafeArrayUnaccessData(view.get());
+        // Unlocked again however the copy ends: the host's array must not stay locked.
+        SafeArrayAccess data(view.get());
+        bytes.assign(data.as<const char>(), static_cast<size_t>(high - low) + 1);
         return bytes;
     }
     for (long i = low; i <= high; ++i) {
@@ -330,9 +330,10 @@ void walkSubtree(long root, std::wstring_view path, Visit&& visit) {
 
 namespace {
 
-// What an optional parameter of clsReg declares as its default.
-const VARIANT& declared(const wchar_t* member, const wchar_t* parameter) {
-    return declaredDefault(__uuidof(_clsReg), member, parameter);
+// An optional argument, or the default the type library declares for it.
+template <class T>
+decltype(auto) orDefault(T* arg, const wchar_t* member, const wchar_t* parameter) {
+    return argumentOr(arg, __uuidof(_clsReg), member, parameter);
 }
 
 }  // namespace
@@ -393,8 +394,7 @@ HRESULT Reg::ReadString(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR* sDefault, 
         // Nothing that fails inside reaches the caller: the result is then "".
         std::wstring text;
         tryStatement([&] {
-            const std::wstring fallback = sDefault ? std::wstring(viewOf(*sDefault)) : toText(declared(L"ReadString", L"sDefault"));
-            text = readString(Key, viewOf(SubKey), viewOf(sName), fallback);
+            text = readString(Key, viewOf(SubKey), viewOf(sName), orDefault(sDefault, L"ReadString", L"sDefault"));
         });
         return text;
     });
@@ -411,8 +411,7 @@ HRESULT Reg::WriteDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG lData, Reg_
 
 HRESULT Reg::ReadDWord(HKEY_Type Key, BSTR SubKey, BSTR sName, LONG* lDefault, LONG* result) {
     return deliver(result, [&] {
-        const long fallback = lDefault ? *lDefault : toInt32(declared(L"ReadDWord", L"lDefault"));
-        return readDWord(Key, viewOf(SubKey), viewOf(sName), fallback);
+        return readDWord(Key, viewOf(SubKey), viewOf(sName), orDefault(lDefault, L"ReadDWord", L"lDefault"));
     });
 }
 
@@ -426,8 +425,7 @@ HRESULT Reg::WriteBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, BSTR ByData, VA
 
 HRESULT Reg::ReadBinary(HKEY_Type Key, BSTR SubKey, BSTR sName, VARIANT_BOOL* GoGetText, VARIANT* result) {
     return deliver(result, [&] {
-        const bool asText = GoGetText ? *GoGetText != VARIANT_FALSE : toBool(declared(L"ReadBinary", L"GoGetText"));
-        return readBinary(Key, viewOf(SubKey), viewOf(sName), asText);
+        return readBinary(Key, viewOf(SubKey), viewOf(sName), orDefault(GoGetText, L"ReadBinary", L"GoGetText"));
     });
 }
 

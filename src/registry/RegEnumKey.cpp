@@ -3,8 +3,7 @@
 namespace vx {
 
 HRESULT RegEnumKeyList::Add(_cRegKeys** MyListKey, BSTR SubKey) {
-    if (!MyListKey) return E_POINTER;
-    return guard([&] { items_.add(givenList<_cRegKeys>(*MyListKey), viewOf(SubKey)); });
+    return guard([&] { items_.add(givenList<_cRegKeys>(required(MyListKey)), viewOf(SubKey)); });
 }
 
 }  // namespace vx

@@ -17,32 +17,23 @@ HRESULT RegEnumValueList::Add(_cRegKeys* MyListKey, _cRegValues* MyListValue, BS
 }
 
 HRESULT RegEnumValueList::Item(VARIANT* Index, BSTR* result) {
-    if (!Index || !result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = Bstr(names_.item(*Index)).detach(); });
+    return deliver(result, [&] { return names_.item(required(Index)); });
 }
 
 HRESULT RegEnumValueList::ItemKey(VARIANT* Index, _cRegKeys** result) {
-    if (!Index || !result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = ComPtr<_cRegKeys>(keyLists_.item(*Index)).detach(); });
+    return deliver(result, [&] { return keyLists_.item(required(Index)); });
 }
 
 HRESULT RegEnumValueList::ItemValue(VARIANT* Index, _cRegValues** result) {
-    if (!Index || !result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = ComPtr<_cRegValues>(valueLists_.item(*Index)).detach(); });
+    return deliver(result, [&] { return valueLists_.item(required(Index)); });
 }
 
 HRESULT RegEnumValueList::Remove(VARIANT* Index) {
-    if (!Index) return E_POINTER;
-    return guard([&] { keyLists_.remove(*Index); });
+    return guard([&] { keyLists_.remove(required(Index)); });
 }
 
 HRESULT RegEnumValueList::get_Count(LONG* count) {
-    if (!count) return E_POINTER;
-    *count = keyLists_.count();
-    return S_OK;
+    return deliver(count, [&] { return keyLists_.count(); });
 }
 
 HRESULT RegEnumValueList::Clear() {

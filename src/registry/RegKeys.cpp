@@ -6,9 +6,7 @@
 namespace vx {
 
 HRESULT RegKeys::Add(Reg_Type HKey, BSTR SubKey, BSTR KeyName, LONG CountKey, _cRegKey** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         ComPtr<_cRegKey> key(RegKey::create().get());
         check(key->put_HKey(HKey));
         check(key->put_SubKey(SubKey));
@@ -16,7 +14,7 @@ HRESULT RegKeys::Add(Reg_Type HKey, BSTR SubKey, BSTR KeyName, LONG CountKey, _c
         check(key->put_CountKey(CountKey));
         // The name is the key, "" included; a name already present is error 457.
         items_.add(key, viewOf(KeyName));
-        *result = key.detach();
+        return key;
     });
 }
 

@@ -7,9 +7,7 @@ namespace vx {
 
 HRESULT RegValues::Add(Reg_Type HKey, BSTR SubKey, BSTR KeyName, LONG Datatype, VARIANT DataValue,
                        _cRegValue** result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] {
+    return deliver(result, [&] {
         ComPtr<_cRegValue> value(RegValue::create().get());
         check(value->put_HKey(HKey));
         check(value->put_SubKey(SubKey));
@@ -19,7 +17,7 @@ HRESULT RegValues::Add(Reg_Type HKey, BSTR SubKey, BSTR KeyName, LONG Datatype, 
         // The name is the key, "" (a key's default value) included; a name already
         // present is error 457.
         items_.add(value, viewOf(KeyName));
-        *result = value.detach();
+        return value;
     });
 }
 

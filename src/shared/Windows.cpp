@@ -98,18 +98,32 @@ LRESULT sendWithZeroRef(HWND hwnd, UINT msg, WPARAM wParam) {
     return SendMessageA(hwnd, msg, wParam, reinterpret_cast<LPARAM>(&zero));
 }
 
+bool sendToRead(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LRESULT& answer) {
+    DWORD_PTR result = 0;
+    if (!SendMessageTimeoutW(hwnd, msg, wParam, lParam, SMTO_NORMAL | SMTO_ABORTIFHUNG, kReadTimeoutMs, &result))
+        return false;
+    answer = static_cast<LRESULT>(result);
+    return true;
+}
+
 std::wstring readText(HWND hwnd) {
-    const LRESULT reported = sendWithZeroRef(hwnd, WM_GETTEXTLENGTH, 0);
-    const LONG length = reported > LONG_MAX - 1 ? LONG_MAX - 1 : static_cast<LONG>(reported);
+    // The text is asked for in UTF-16 and passed through the ANSI code page, as an "A"
+    // call hands it over: asking in ANSI would have some systems convert the length with
+    // a second message to the window that waits without a bound.
+    LONG zero = 0;  // lParam 0 goes as the address of a 32-bit zero, as for every such message
+    LRESULT length = 0;
+    if (!sendToRead(hwnd, WM_GETTEXTLENGTH, 0, reinterpret_cast<LPARAM>(&zero), length)) return {};
+    if (length > kMaxTextLength) return {};
     if (length < 1) {
         AnsiBuffer buffer(1024);
         int n = GetWindowTextA(hwnd, buffer.data(), 1024);
         return n > 0 ? buffer.text(static_cast<size_t>(n)) : std::wstring();
     }
-    std::string buffer(static_cast<size_t>(length) + 1, '\0');
-    LRESULT n = SendMessageA(hwnd, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(&buffer[0]));
-    if (n >= 1) return fromAnsi(std::string_view(buffer.data(), std::min(static_cast<size_t>(n), buffer.size())));
-    return fromAnsi(buffer);  // nothing was copied: the NULs stay as they are
+    std::wstring buffer(static_cast<size_t>(length) + 1, L'\0');
+    LRESULT n = 0;
+    if (!sendToRead(hwnd, WM_GETTEXT, buffer.size(), reinterpret_cast<LPARAM>(&buffer[0]), n)) return {};
+    if (n < 1) return buffer;  // nothing was copied: the NULs stay as they are
+    return fromAnsi(toAnsi(std::wstring_view(buffer.data(), std::min(static_cast<size_t>(n), buffer.size()))));
 }
 
 std::wstring readClass(HWND hwnd) {

@@ -32,7 +32,19 @@ LONG resolvePath(std::wstring_view path, std::wstring_view separator);
 // -1 the desktop, -2 the taskbar, -3 the start menu; any other value unchanged.
 LONG specialHandle(LONG code);
 
-// The window's text as WM_GETTEXTLENGTH / WM_GETTEXT (or GetWindowText) give it.
+// The longest text, in characters, that a window is believed to hold: a window
+// reporting a longer one reads as "" (a report up to 2 GB would otherwise be trusted).
+constexpr LRESULT kMaxTextLength = 1 << 20;
+// How long a window may take to answer a read before it counts as not answering.
+constexpr UINT kReadTimeoutMs = 5000;
+
+// Sends a message that reads from a window without hanging on it: false (and answer
+// untouched) when the system reports the window's thread as hung, when the window gives
+// no answer within kReadTimeoutMs, or when the window is gone.
+bool sendToRead(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, LRESULT& answer);
+
+// The window's text as WM_GETTEXTLENGTH / WM_GETTEXT (or GetWindowText) give it; "" for
+// a window that does not answer, or that reports a length beyond kMaxTextLength.
 std::wstring readText(HWND hwnd);
 // GetClassName, cut at the first NUL.
 std::wstring readClass(HWND hwnd);

@@ -158,9 +158,7 @@ std::wstring AlphaMoney::convert(double amount) const {
 }
 
 HRESULT AlphaMoney::ConvertAlphaMoney(double Adad, BSTR* result) {
-    if (!result) return E_POINTER;
-    *result = nullptr;
-    return guard([&] { *result = Bstr(convert(Adad)).detach(); });
+    return deliver(result, [&] { return convert(Adad); });
 }
 
 }  // namespace vx

@@ -1,6 +1,7 @@
 #include "text/Calendar.h"
 
 #include "Vx_MainEnums.h"
+#include "core/dispatch/Defaults.h"
 #include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
@@ -183,7 +184,10 @@ HRESULT Calendar::ConvertDateFormat(BSTR DateStr, Flag_TypeDate ConvertTypeDate,
 }
 
 HRESULT Calendar::MiladyDate(BSTR DateShamsi, VARIANT_BOOL* IsFormatDateValue, BSTR* result) {
-    return deliver(result, [&] { return calendar::miladyDate(viewOf(DateShamsi), isTrue(IsFormatDateValue)); });
+    return deliver(result, [&] {
+        const bool format = argumentOr(IsFormatDateValue, __uuidof(_Ds_Calendar), L"MiladyDate", L"IsFormatDateValue");
+        return calendar::miladyDate(viewOf(DateShamsi), format);
+    });
 }
 
 HRESULT Calendar::CalendarShamsi(BSTR DateMilady, VARIANT* DateShamsi, BSTR* result) {
@@ -196,7 +200,8 @@ HRESULT Calendar::CalendarShamsi(BSTR DateMilady, VARIANT* DateShamsi, BSTR* res
 HRESULT Calendar::ShamsiDate(BSTR DateMilady, BSTR /*Monasebat: accepted, never used*/, VARIANT* StringCalendarShamsi,
                              VARIANT_BOOL* IsFormatDateValue, BSTR* result) {
     return deliver(result, [&] {
-        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), isTrue(IsFormatDateValue));
+        const bool format = argumentOr(IsFormatDateValue, __uuidof(_Ds_Calendar), L"ShamsiDate", L"IsFormatDateValue");
+        const std::wstring text = calendar::shamsiDate(viewOf(DateMilady), format);
         if (StringCalendarShamsi && !isMissing(*StringCalendarShamsi))
             writeBack(*StringCalendarShamsi, *Variant::fromText(calendar::calendarShamsi(viewOf(DateMilady), *Variant::fromText(text))));
         return text;

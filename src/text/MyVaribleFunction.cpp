@@ -9,15 +9,10 @@ namespace vx {
 
 namespace {
 
-// An optional by-reference argument as the member reads it: omitted (a caller through the
-// vtable passes null), it stands for the default the type library declares.
-const VARIANT& argumentOr(const VARIANT* arg, const wchar_t* member, const wchar_t* parameter) {
-    if (!arg || isMissing(*arg)) return declaredDefault(__uuidof(_Ds_MyVaribleFunction), member, parameter);
-    return deref(*arg);
-}
-
-LONG argumentOr(const LONG* arg, const wchar_t* member, const wchar_t* parameter) {
-    return arg ? *arg : toInt32(declaredDefault(__uuidof(_Ds_MyVaribleFunction), member, parameter));
+// An optional argument, or the default the type library declares for it.
+template <class T>
+decltype(auto) orDefault(T* arg, const wchar_t* member, const wchar_t* parameter) {
+    return argumentOr(arg, __uuidof(_Ds_MyVaribleFunction), member, parameter);
 }
 
 }  // namespace
@@ -25,16 +20,16 @@ LONG argumentOr(const LONG* arg, const wchar_t* member, const wchar_t* parameter
 HRESULT MyVaribleFunction::GetVar(VARIANT* sData, VARIANT* nIndex, VARIANT* sFind, Flag_PathClip* GoGetSplit,
                                   VARIANT* EndIndexLast, VARIANT* result) {
     return deliver(result, [&] {
-        return getVar(deref(required(sData)), argumentOr(nIndex, L"GetVar", L"nIndex"),
-                      argumentOr(sFind, L"GetVar", L"sFind"), argumentOr(GoGetSplit, L"GetVar", L"GoGetSplit"),
-                      argumentOr(EndIndexLast, L"GetVar", L"EndIndexLast"));
+        return getVar(deref(required(sData)), orDefault(nIndex, L"GetVar", L"nIndex"),
+                      orDefault(sFind, L"GetVar", L"sFind"), orDefault(GoGetSplit, L"GetVar", L"GoGetSplit"),
+                      orDefault(EndIndexLast, L"GetVar", L"EndIndexLast"));
     });
 }
 
 HRESULT MyVaribleFunction::IsEqute(VARIANT* ValueA, VARIANT* ValueB, Type_IsEquate* GoTypeCheck,
                                    VARIANT_BOOL* result) {
     return deliver(result, [&] {
-        return isEqute(&required(ValueA), &required(ValueB), argumentOr(GoTypeCheck, L"IsEqute", L"GoTypeCheck"));
+        return isEqute(&required(ValueA), &required(ValueB), orDefault(GoTypeCheck, L"IsEqute", L"GoTypeCheck"));
     });
 }
 
@@ -48,8 +43,7 @@ HRESULT MyVaribleFunction::GoIsNull(VARIANT* MyDataVlaueNull, VARIANT ValueNull,
         // left-out value the substitute.
         if (MyDataVlaueNull && !isMissing(*MyDataVlaueNull) && !isNull(*MyDataVlaueNull))
             return Variant::copyOf(*MyDataVlaueNull);
-        return Variant::copyOf(isMissing(ValueNull) ? declaredDefault(__uuidof(_Ds_MyVaribleFunction), L"GoIsNull", L"ValueNull")
-                                                    : ValueNull);
+        return Variant::copyOf(orDefault(&ValueNull, L"GoIsNull", L"ValueNull"));
     });
 }
 

@@ -1,5 +1,6 @@
 #include "text/SysTime.h"
 
+#include "core/dispatch/Defaults.h"
 #include "core/runtime/Checked.h"
 #include "core/runtime/Convert.h"
 #include "core/runtime/Errors.h"
@@ -24,28 +25,29 @@ int32_t secondsSinceMidnight() {
 }  // namespace
 
 HRESULT SysTime::GetVarKeepTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().getSystemTime(&kept_);
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().getSystemTime(&kept_);
+        return Variant();
+    });
 }
 
 HRESULT SysTime::SetVarNewTime(VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
-    return S_OK;
+    return deliver(result, [&] {
+        service<ClockService>().setSystemTime(&kept_);  // a refused change is not an error
+        return Variant();
+    });
 }
 
 HRESULT SysTime::ConvertDateSystemTime(Vx_SYSTEMTIME* GetDateSys, VARIANT_BOOL* IsWantHour, VARIANT* result) {
-    return deliver(result, [&] { return Variant::fromText(systemTimeText(required(GetDateSys), isTrue(IsWantHour))); });
+    return deliver(result, [&] {
+        const bool withTime = argumentOr(IsWantHour, __uuidof(_Ds_SysTime), L"ConvertDateSystemTime", L"IsWantHour");
+        return Variant::fromText(systemTimeText(required(GetDateSys), withTime));
+    });
 }
 
 HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARIANT* wDayOfWeek, VARIANT* wHour,
                             VARIANT* wMinute, VARIANT* wSecond, VARIANT* wMilliseconds, VARIANT* result) {
-    if (!result) return E_POINTER;
-    VariantInit(result);
-    return guard([&] {
+    return deliver(result, [&] {
         SYSTEMTIME now{};
         service<ClockService>().getSystemTime(&now);
         SYSTEMTIME t = now;
@@ -64,6 +66,7 @@ HRESULT SysTime::SetTimeSys(VARIANT* wYear, VARIANT* wMonth, VARIANT* wDay, VARI
         field(wDayOfWeek, t.wDayOfWeek);
         field(wMilliseconds, t.wMilliseconds);
         service<ClockService>().setSystemTime(&t);  // a refused change is not an error
+        return Variant();
     });
 }
 

@@ -1,25 +1,35 @@
 ' ---- the test ----
 ' Ds_EnumChid, Ds_ENumAction and Ds_ListChild from a late-bound host, against the
 ' fixture program's windows and against a real program: Wine's notepad.
-Dim sh, fixture, e, w, w2, lst, kept, h, main, edit, s, n, i, c, form
+'
+' Nothing here depends on timing. Each wait is for a state, in rounds of 20 yields,
+' with a bound far beyond what the slowest lane under load needs: a wait that runs out
+' means a fault. The programs the test starts (the fixture, and the fixture's guard
+' around notepad) end with the test, whatever becomes of it.
+Dim sh, fixture, notepad, hung, binDir, e, w, w2, lst, kept, h, main, edit, s, n, i, c, form, x, y
+Dim pointerPrograms
+
+Const kRounds = 20000
 
 Set sh = CreateObject("WScript.Shell")
 Set e = CreateObject("Vx_Main.Ds_EnumChid")
+' (Wine's ExpandEnvironmentStrings leaves the terminating NUL on the text.)
+binDir = Replace(sh.ExpandEnvironmentStrings("%VX_BIN_DIR%"), Chr(0), "")
 
-' Waits, counted in yields, until path names a window; 0 when it never does.
+' Waits until path names a window; 0 when it never does.
 Function WaitFor(path)
     Dim k
-    For k = 1 To 3000
+    For k = 1 To kRounds
         WaitFor = e.GetFindHandle(path)
         If WaitFor <> 0 Then Exit Function
         e.WaitDoEvents , 20
     Next
 End Function
 
-' Waits the same way until path names no window; whether it came to that.
+' Waits until path names no window; whether it came to that.
 Function WaitGone(path)
     Dim k
-    For k = 1 To 3000
+    For k = 1 To kRounds
         WaitGone = (e.GetFindHandle(path) = 0)
         If WaitGone Then Exit Function
         e.WaitDoEvents , 20
@@ -28,11 +38,89 @@ End Function
 
 Function WaitText(win, expected)
     Dim k
-    For k = 1 To 3000
+    For k = 1 To kRounds
         If win.Title = expected Then Exit For
         e.WaitDoEvents , 20
     Next
     WaitText = win.Title
+End Function
+
+' Waits until a program started with sh.Exec has ended; whether it has.
+Function WaitEnded(program)
+    Dim k
+    For k = 1 To kRounds
+        If program.Status <> 0 Then Exit For
+        e.WaitDoEvents , 20
+    Next
+    WaitEnded = (program.Status <> 0)
+End Function
+
+' The pointer under X11: a program whose window lies under the pointer learns of each
+' move by an event that it handles in its own time, and handling it puts the cursor
+' where that event was raised. An event handled late puts it back to an earlier place.
+' pointerPrograms holds a window of each program that may have such events pending;
+' a program handles its pending input whenever it waits for messages, so once it has
+' answered messages sent to it, the input it had before has been handled. Three rounds,
+' because a program may answer while it is itself waiting for another one.
+Sub DrainPointerEvents()
+    Dim pass, pw
+    For pass = 1 To 3
+        For Each pw In pointerPrograms
+            e.ActionSend pw, 0, 0, 0
+        Next
+    Next
+End Sub
+
+' Waits until the cursor reads x, y in three looks in a row, each after the programs
+' under the pointer have handled what they had pending; with move, a look that reads
+' elsewhere sends the pointer there again. Without move it only waits: a late event
+' moves the cursor only for a moment, after which the cursor reads where the pointer
+' truly stands.
+Function CursorAt(x, y, move)
+    Dim k, good
+    good = 0
+    For k = 1 To kRounds
+        DrainPointerEvents
+        If e.MouseCX = x And e.MouseCY = y Then
+            good = good + 1
+            If good = 3 Then
+                CursorAt = True
+                Exit Function
+            End If
+        Else
+            good = 0
+            If move Then e.GoCusorXY x, y
+        End If
+        e.WaitDoEvents , 20
+    Next
+    CursorAt = False
+End Function
+
+' Moves the pointer and waits until it stands there. The events raised before the move
+' (by earlier moves, or by windows shown under the pointer) are handled first, so that
+' none of them comes late.
+Sub SettleCursor(x, y)
+    DrainPointerEvents
+    e.GoCusorXY x, y
+    Check "the pointer settles at " & x & "," & y, CursorAt(x, y, True)
+End Sub
+
+' Waits (without moving it) until the pointer stands at x, y.
+Sub AwaitCursor(x, y)
+    Check "the pointer comes to " & x & "," & y, CursorAt(x, y, False)
+End Sub
+
+' Waits until hw is the active window and its program (and every other one under the
+' pointer) has handled what it had pending: the click that made it active, and with it
+' the move of the keyboard focus.
+Function WaitActive(hw)
+    Dim k
+    For k = 1 To kRounds
+        If e.GetActiveWindow.MyHwndWin = hw Then Exit For
+        e.WaitDoEvents , 20
+    Next
+    DrainPointerEvents
+    WaitActive = (e.GetActiveWindow.MyHwndWin = hw)
 End Function
 
 ' The title of the window a window object holds, or "-" when it holds none.
@@ -66,10 +154,10 @@ CheckEqual "a number no window is named by passes through", e.GetFindHandle("123
 CheckEqual "a number as a number", e.GetFindHandle(4242), 4242
 CheckEqual "-1 is the desktop", e.GetFindHandle("-1"), e.GetDesktopWin
 Check "-2 and -3 are special values, not numbers", e.GetFindHandle("-2") <> -2 And e.GetFindHandle("-3") <> -3
-' (Wine's ExpandEnvironmentStrings leaves the terminating NUL on the text.)
-Set fixture = sh.Exec(Replace(sh.ExpandEnvironmentStrings("%VX_BIN_DIR%"), Chr(0), "") & "\vx_window_fixture.exe 120")
+Set fixture = sh.Exec(binDir & "\vx_window_fixture.exe")
 main = WaitFor("Vx Fixture Main")
 Check "the fixture program shows its window", main <> 0
+pointerPrograms = Array(main)
 ' Its window is found as soon as it exists: wait for its last control and its dialog too.
 Check "its controls", WaitFor("Vx Fixture Main~Static") <> 0
 Check "its dialog", WaitFor("Vx Fixture Dialog") <> 0
@@ -224,27 +312,23 @@ Section "geometry and the mouse"
 CheckEqual "the right and bottom edges, not sizes", e.GetSizeWidth(main) & "," & e.GetSizeHeight(main), "500,280"
 CheckEqual "the left and top edges", e.GetPosLeft(main) & "," & e.GetPosTop(main), "100,100"
 CheckEqual "in twips", e.GetSizeWidth(main, True) & "," & e.GetPosTop(main, True), "7500,1500"
-e.GoCusorXY 110, 110
+' Every read of the cursor waits until the pointer has come to rest: the moves with
+' both coordinates may be sent again, the one-axis moves (whose other coordinate is read
+' from the cursor) only waited for.
+SettleCursor 110, 110
 CheckEqual "MouseCX and MouseCY in twips", e.MouseCX & "," & e.MouseCY(True), "110,1650"
 CheckEqual "IsHitTest", e.IsHitTest(main), True
 CheckEqual "IsHitTestXY", w2.IsHitTestXY, True
 e.GoCusorXY 120
+AwaitCursor 120, 110
 CheckEqual "only x given: y stays", e.MouseCX & "," & e.MouseCY, "120,110"
 e.GoCusorXY , 130
+AwaitCursor 120, 130
 CheckEqual "only y given: x stays", e.MouseCX & "," & e.MouseCY, "120,130"
-' Under X11 a pointer warp can be overtaken by the motion event of an earlier one: the
-' hit tests wait until the pointer stands where it was sent.
-Sub SettleCursor(x, y)
-    Dim t: t = Timer
-    Do While (e.MouseCX <> x Or e.MouseCY <> y) And Timer - t < 3
-        e.GoCusorXY x, y
-    Loop
-End Sub
-e.GoCusorXY 500, 280
 SettleCursor 500, 280
 CheckEqual "IsHitTest includes the edges", e.IsHitTest(main), True
 e.GoCusorXY 501
-SettleCursor 501, 280
+AwaitCursor 501, 280
 CheckEqual "and nothing beyond them", e.IsHitTest(main), False
 Set w = e.GetChild(main)
 CheckEqual "LeftPL, WidthPL (an edge) and HeightPL in twips", w.LeftPL & "," & w.WidthPL & "," & w.HeightPL(True), "100,500,4200"
@@ -318,9 +402,10 @@ Err.Clear
 On Error GoTo 0
 
 Section "a real program: notepad"
-sh.Run "notepad.exe", 1, False
+Set notepad = sh.Exec(binDir & "\vx_window_fixture.exe --run notepad.exe")
 h = WaitFor("Untitled - Notepad")
 Check "notepad shows its window", h <> 0
+pointerPrograms = Array(main, h)
 Set w = e.GetChild("Untitled - Notepad~Edit")
 Check "its edit control by path", w.MyHwndWin <> 0
 CheckEqual "by class too", e.GetFindHandle("Notepad~Edit"), w.MyHwndWin
@@ -328,10 +413,15 @@ CheckEqual "an empty document", w.Title, ""
 w.SetText "set through WM_SETTEXT", 4
 CheckEqual "text set and read back", w.Title, "set through WM_SETTEXT"
 w.SetText "", 4
-' Bring it forward and click into its edit control, then type with simulated keys.
+' Bring it forward and click into its edit control, then type with simulated keys. The
+' click acts where the cursor stands, so the pointer is brought to rest there first.
 e.GetChild(h).WinState = 0
-e.GoCusorXY e.GetPosLeft(w.MyHwndWin) + 40, e.GetPosTop(w.MyHwndWin) + 20, 6, 5
-e.WaitDoEvents , 50
+x = e.GetPosLeft(w.MyHwndWin) + 40
+y = e.GetPosTop(w.MyHwndWin) + 20
+SettleCursor x, y
+e.GoCusorXY x, y, 6, 5
+' Keys go to the window that has the keyboard focus when they are sent.
+Check "the click makes notepad active", WaitActive(h)
 e.SetTextMaching "TYPED 42", 0, 3
 CheckEqual "typed into notepad (letters arrive unshifted)", WaitText(w, "typed 42"), "typed 42"
 e.KeyPress 13
@@ -343,7 +433,10 @@ CheckEqual "GetHwndPoint", e.GetHwndPoint.Class & "|" & e.GetHwndPoint.MyHwndWin
 CheckEqual "EM_SETMODIFY answers 0", e.ActionSend(w.MyHwndWin, 185, 0, 0), 0
 e.WindowsClose h
 Check "notepad is closed", WaitGone("Untitled - Notepad")
-If e.GetFindHandle("Untitled - Notepad") <> 0 Then sh.Run "taskkill /f /im notepad.exe", 0, True
+' Its guard ends with it; ending the guard would end notepad too.
+Check "and ends", WaitEnded(notepad)
+If notepad.Status = 0 Then notepad.Terminate
+pointerPrograms = Array(main)
 
 Section "closing"
 e.CloseAllWindows 0
@@ -351,10 +444,7 @@ Check "CloseAllWindows closes a dialog box", WaitGone("Vx Fixture Dialog")
 CheckEqual "and leaves other windows", e.GetFindHandle("Vx Fixture Main"), main
 e.GetChild(main).CloseWindowXP
 Check "CloseWindowXP closes the program's window", WaitGone("Vx Fixture Main")
-For i = 1 To 500
-    If fixture.Status <> 0 Then Exit For
-    e.WaitDoEvents , 20
-Next
+WaitEnded fixture
 CheckEqual "and the program ends", fixture.Status, 1
 If fixture.Status = 0 Then fixture.Terminate
 ' Its windows, listed before, are gone: their classes read empty and no longer contain
@@ -390,3 +480,16 @@ For Each h In Array(0, main, -5, &H7FFFFFF0)
     e.WindowsClose h
 Next
 e.WaitDoEvents , 20
+
+Section "a program that has stopped answering"
+' Its window's text is read by messages, which it never answers: a read gives up (the
+' first after a few seconds at most, the next at once, once the system counts the
+' program as hung) with the neutral result, and a search reads past the window.
+Set hung = sh.Exec(binDir & "\vx_window_fixture.exe --hung")
+h = WaitFor("Vx Hung Fixture")
+Check "the program shows its window", h <> 0
+CheckEqual "its title reads empty", e.GetChild(h).Title, ""
+CheckEqual "a search passes over it", e.GetFindTitleWindow("vx hung fixture").MyHwndWin, 0
+CheckEqual "and so does a check box read", e.GetChild(h).ClickCheckBox, False
+hung.Terminate
+Check "the test ends it", WaitGone("Vx Hung Fixture")

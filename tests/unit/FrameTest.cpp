@@ -8,8 +8,12 @@
 #include "core/runtime/Convert.h"
 #include "core/runtime/Handles.h"
 #include "core/runtime/SafeArray.h"
+#include "core/runtime/MessageLoop.h"
+#include "core/runtime/Services.h"
 #include "shared/DateText.h"
 #include "shared/Helpers.h"
+#include "shared/Waits.h"
+#include "shared/Windows.h"
 
 #include "TestSupport.h"
 #include "Vx_Main.h"
@@ -95,6 +99,30 @@ TEST(Frame, CallersThroughTheVtableGetTheDeclaredDefaults) {
     EXPECT_EQ(same, VARIANT_TRUE);
     EXPECT_EQ(direct->IsEqute(nullptr, b.get(), nullptr, &same), E_POINTER);
     EXPECT_EQ(same, VARIANT_FALSE);
+    // A Boolean left out is the declared False: the date without its time of day.
+    ComPtr<_Ds_SysTime> clock = vxtest::createObject(CLSID_Ds_SysTime).query<_Ds_SysTime>();
+    Vx_SYSTEMTIME t{2006, 8, 4, 3, 9, 5, 0, 0};
+    ASSERT_EQ(clock->ConvertDateSystemTime(&t, nullptr, result.put()), S_OK);
+    EXPECT_EQ(vxtest::textOf(result), L"2006/8/3");
+}
+
+TEST(Frame, WaitsCountYieldsAndGiveUpOnTheEndKey) {
+    auto keys = service<KeyboardService>();
+    keys.asyncKeyState = [](int key) { return static_cast<SHORT>(key == VK_END ? 0x8000 : 0); };
+    ReplaceService<KeyboardService> endHeld(keys);
+    EXPECT_TRUE(isKeyDown(VK_END));
+    const Variant tilde = Variant::fromText(L"~");
+    auto before = yieldCount();
+    EXPECT_FALSE(waitFindWindows(*Variant::fromText(L"No window is titled so~Edit"), *tilde, *tilde));
+    EXPECT_EQ(yieldCount() - before, 1u);  // one look, then the End key gives up
+    before = yieldCount();
+    EXPECT_FALSE(waitFindWindows(*Variant::fromText(L"   "), *tilde, *tilde));
+    EXPECT_EQ(yieldCount(), before);  // a blank path: no wait at all
+    waitDoEvents(*Variant::fromDouble(0.002), *Variant::missing());
+    waitDoEvents(*Variant::missing(), *Variant::fromLong(3));
+    EXPECT_EQ(yieldCount() - before, 5u);
+    // No window has a child under a key: error 5, as a list's missing key.
+    EXPECT_RUNTIME_ERROR(window::keyedChild(0, L"Edit"), 5);
 }
 
 TEST(Frame, SharedHelpers) {

@@ -3,7 +3,7 @@
 // host handler that calls back into the library during a wait. (Paths, keys and lists as
 // a host sees them are checked by tests/host/windows.vbs.)
 #include "core/runtime/MessageLoop.h"
-#include "desktop/WindowModule.h"
+#include "shared/Windows.h"
 
 #include "WindowTestSupport.h"
 
@@ -35,14 +35,6 @@ std::vector<std::wstring> keysOf(_Ds_ListChild* list) {
     return keys;
 }
 
-// A timer handler that holds the End key down on its fifth run.
-int endTicks = 0;
-void CALLBACK pressEndOnTheFifthTick(HWND hwnd, UINT, UINT_PTR id, DWORD) {
-    if (++endTicks < 5) return;
-    KillTimer(hwnd, id);
-    keybd_event(VK_END, 0, 0, 0);
-}
-
 // A window procedure that destroys another window when its own text length is asked.
 HWND victim = nullptr;
 WNDPROC originalProc = nullptr;
@@ -53,6 +45,41 @@ LRESULT CALLBACK destroyVictimOnRead(HWND h, UINT m, WPARAM w, LPARAM l) {
     }
     return CallWindowProcA(originalProc, h, m, w, l);
 }
+
+// A hidden window titled "Vx Liar Window" that reports a text length of the test's
+// choosing. Its class is a Unicode one, so that the system hands its answer on as it is.
+class Liar {
+public:
+    LRESULT reported = 0;
+
+    Liar() {
+        static const ATOM registered = [] {
+            WNDCLASSW wc{};
+            wc.lpfnWndProc = proc;
+            wc.hInstance = GetModuleHandleW(nullptr);
+            wc.lpszClassName = L"VxLiar";
+            return RegisterClassW(&wc);
+        }();
+        (void)registered;
+        hwnd_ = CreateWindowExW(0, L"VxLiar", L"Vx Liar Window", WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr, nullptr,
+                                GetModuleHandleW(nullptr), nullptr);
+        SetWindowLongPtrW(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    }
+    ~Liar() { DestroyWindow(hwnd_); }
+    Liar(const Liar&) = delete;
+    Liar& operator=(const Liar&) = delete;
+
+    HWND hwnd() const { return hwnd_; }
+
+private:
+    static LRESULT CALLBACK proc(HWND hwnd, UINT msg, WPARAM wp, LPARAM lp) {
+        auto* self = reinterpret_cast<Liar*>(GetWindowLongPtrW(hwnd, GWLP_USERDATA));
+        if (self && msg == WM_GETTEXTLENGTH) return self->reported;
+        return DefWindowProcW(hwnd, msg, wp, lp);
+    }
+
+    HWND hwnd_ = nullptr;
+};
 
 }  // namespace
 
@@ -148,20 +175,26 @@ TEST(WindowsWait, WaitsCountYields) {
     EXPECT_EQ(yieldCount() - before, 1u) << "a window already there is found on the first look";
 }
 
-// Only the End key ends a wait for a window that never comes: a timer handler, run
+// Only the End key ends a wait for a window that never comes: a host handler, run
 // during the wait, presses it on its fifth run.
 TEST(WindowsWait, TheEndKeyEndsAnUnsuccessfulWait) {
     Recorder host("Vx Host Form");
     ASSERT_TRUE(host.makeForeground());
-    endTicks = 0;
-    SetTimer(host.hwnd(), 1, 1, pressEndOnTheFifthTick);
+    int endTicks = 0;
+    std::function<void()> handler = [&] {
+        if (++endTicks < 5)
+            host.onNextYield(handler);
+        else
+            keybd_event(VK_END, 0, 0, 0);
+    };
+    host.onNextYield(handler);
     auto e = newFinder();
     ComPtr<_Ds_ENumAction> found;
     ASSERT_EQ(e->WaitFindWindows(*text(L"Vx Never Shown"), *kTilde, *kTilde, found.put()), S_OK);
     keybd_event(VK_END, 0, KEYEVENTF_KEYUP, 0);
     EXPECT_FALSE(found) << "given up: Nothing";
     EXPECT_EQ(endTicks, 5);
-    pumpFor(20);
+    pumpOnce();
 }
 
 // A host event handler that rebuilds both shared tables during a wait, or runs a title
@@ -199,4 +232,44 @@ TEST(WindowsWait, AHandlerThatEnumeratesDuringAWait) {
     auto w = titleSearch(e.get(), L"vx late window");
     EXPECT_EQ(nested, 1);
     EXPECT_EQ(handleOf(w.get()), late->handle());
+}
+
+// A window whose thread no longer reads messages, and windows that report texts longer
+// than any they hold: reads give them up with "" (and an unchecked box) instead of
+// hanging or allocating what was reported, and a search reads past them. The limit itself
+// is believed.
+TEST(WindowsSearch, WindowsThatHangOrReportAbsurdLengthsReadAsEmpty) {
+    HungWindow hung("Vx Hung Window");
+    auto e = newFinder();
+    Bstr title;
+    ASSERT_EQ(newWindow(hung.hwnd())->get_Title(title.put()), S_OK);
+    EXPECT_EQ(title.str(), L"");
+    VARIANT_BOOL checked = VARIANT_TRUE;
+    ASSERT_EQ(newWindow(hung.hwnd())->get_ClickCheckBox(1, &checked), S_OK);
+    EXPECT_EQ(checked, VARIANT_FALSE);
+    EXPECT_EQ(handleOf(titleSearch(e.get(), L"vx hung window").get()), 0);
+
+    Liar liar;
+    struct Case {
+        LRESULT reported;
+        const wchar_t* read;
+    } cases[] = {
+        {window::kMaxTextLength, L"Vx Liar Window"},
+        {window::kMaxTextLength + 1, L""},
+        {0x7FFFFFFF, L""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.reported);
+        liar.reported = c.reported;
+        ASSERT_EQ(newWindow(liar.hwnd())->get_Title(title.put()), S_OK);
+        EXPECT_EQ(title.str(), c.read);
+        auto found = titleSearch(e.get(), L"vx liar window");
+        EXPECT_EQ(handleOf(found.get()), *c.read ? handleOf(liar.hwnd()) : 0);
+    }
+    LONG n = -1;
+    ComPtr<_Ds_ListChild> list;
+    ASSERT_EQ(e->SubParentEnum(handleOf(liar.hwnd()), 2, list.put()), S_OK);
+    list->get_Count(&n);
+    EXPECT_EQ(n, 1) << "listed, without a key";
+    EXPECT_EQ(keysOf(list.get()), std::vector<std::wstring>{L""});
 }

@@ -1,6 +1,6 @@
 #pragma once
 // What the window tests share: a window of the test's own that records what reaches it,
-// and bounded waiting.
+// a window whose thread stops answering, and waiting by counted looks.
 #include "core/runtime/ComPtr.h"
 #include "core/runtime/Platform.h"
 #include "TestSupport.h"
@@ -11,24 +11,26 @@
 
 namespace vxtest {
 
-// Pumps this thread's messages for about ms.
-inline void pumpFor(int ms) {
-    const DWORD start = GetTickCount();
+// Waits never read a clock: they count looks. A look handles every message pending for
+// this thread and then lets other programs run. A wait ends as soon as its state holds;
+// its bound is far beyond what the slowest lane under load needs, so that running out of
+// it means a fault.
+constexpr long kPatience = 200000;
+
+inline void pumpOnce() {
     MSG msg;
-    while (static_cast<int>(GetTickCount() - start) < ms) {
-        while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&msg);
-            DispatchMessageW(&msg);
-        }
-        Sleep(5);
+    while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&msg);
+        DispatchMessageW(&msg);
     }
+    SwitchToThread();
 }
 
-// Pumps until done() holds, at most about limitMs; true when it held.
-inline bool pumpUntil(const std::function<bool()>& done, int limitMs = 10000) {
-    for (int waited = 0; waited <= limitMs; waited += 10) {
+// Pumps until done() holds; false when it never did.
+inline bool pumpUntil(const std::function<bool()>& done) {
+    for (long i = 0; i < kPatience; ++i) {
         if (done()) return true;
-        pumpFor(10);
+        pumpOnce();
     }
     return done();
 }
@@ -89,12 +91,12 @@ public:
         hwnd_ = CreateWindowExA(0, "VxRecorder", title, WS_OVERLAPPEDWINDOW | WS_VISIBLE, x, y, w, h, nullptr, nullptr,
                                 GetModuleHandleA(nullptr), nullptr);
         SetWindowLongPtrA(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-        pumpFor(20);
+        pumpOnce();
     }
     ~Recorder() {
         SetWindowLongPtrA(hwnd_, GWLP_USERDATA, 0);
         DestroyWindow(hwnd_);
-        pumpFor(10);
+        pumpOnce();
     }
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
@@ -105,11 +107,11 @@ public:
     HWND addChild(const char* title) {
         return CreateWindowExA(0, "Static", title, WS_CHILD, 0, 0, 10, 10, hwnd_, nullptr, nullptr, nullptr);
     }
-    // Makes it the foreground window with the keyboard focus (bounded wait).
+    // Makes it the foreground window with the keyboard focus.
     bool makeForeground() {
         SetForegroundWindow(hwnd_);
         SetFocus(hwnd_);
-        return pumpUntil([&] { return GetForegroundWindow() == hwnd_ && GetFocus() == hwnd_; }, 3000);
+        return pumpUntil([&] { return GetForegroundWindow() == hwnd_ && GetFocus() == hwnd_; });
     }
     // Runs during the next yield, from a posted message: a host event handler.
     void onNextYield(std::function<void()> handler) {
@@ -147,6 +149,46 @@ private:
 
     HWND hwnd_ = nullptr;
     std::function<void()> handler_;
+};
+
+// A hidden top-level window on a thread of its own that stops reading messages once the
+// window exists, as a program that has hung. The thread goes on (and ends, taking its
+// window along) when the object goes, whatever the test did meanwhile.
+class HungWindow {
+public:
+    explicit HungWindow(const char* title) : title_(title) {
+        ready_ = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        release_ = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+        thread_ = CreateThread(nullptr, 0, run, this, 0, nullptr);
+        WaitForSingleObject(ready_, INFINITE);
+    }
+    ~HungWindow() {
+        SetEvent(release_);
+        // Pumped meanwhile: the window's last messages may be sent to this thread.
+        while (MsgWaitForMultipleObjects(1, &thread_, FALSE, INFINITE, QS_ALLINPUT) != WAIT_OBJECT_0) pumpOnce();
+        CloseHandle(thread_);
+        CloseHandle(release_);
+        CloseHandle(ready_);
+    }
+    HungWindow(const HungWindow&) = delete;
+    HungWindow& operator=(const HungWindow&) = delete;
+
+    HWND hwnd() const { return hwnd_; }
+
+private:
+    static DWORD WINAPI run(void* param) {
+        auto* self = static_cast<HungWindow*>(param);
+        self->hwnd_ = CreateWindowExA(0, "Static", self->title_, WS_OVERLAPPEDWINDOW, 0, 0, 100, 100, nullptr,
+                                      nullptr, nullptr, nullptr);
+        SetEvent(self->ready_);
+        WaitForSingleObject(self->release_, INFINITE);  // not a message is read meanwhile
+        DestroyWindow(self->hwnd_);
+        return 0;
+    }
+
+    const char* title_;
+    HWND hwnd_ = nullptr;
+    HANDLE ready_ = nullptr, release_ = nullptr, thread_ = nullptr;
 };
 
 }  // namespace vxtest

@@ -17,9 +17,7 @@ HRESULT DataCollection::put_sKey(BSTR value) {
 }
 
 HRESULT DataCollection::getValue(Slot slot, VARIANT* value) {
-    if (!value) return E_POINTER;
-    VariantInit(value);
-    return guard([&] { Variant(values_[slot]).detachTo(value); });
+    return deliver(value, [&] { return values_[slot]; });
 }
 
 HRESULT DataCollection::putValue(Slot slot, const VARIANT& value) {
@@ -40,13 +38,7 @@ _Ds_ListCollection* DataCollection::nestedList() {
 }
 
 HRESULT DataCollection::get_AddItem(_Ds_ListCollection** value) {
-    if (!value) return E_POINTER;
-    *value = nullptr;
-    return guard([&] {
-        _Ds_ListCollection* list = nestedList();
-        list->AddRef();
-        *value = list;
-    });
+    return deliver(value, [&] { return ComPtr<_Ds_ListCollection>(nestedList()); });
 }
 
 HRESULT DataCollection::putref_AddItem(_Ds_ListCollection* value) {
@@ -54,12 +46,10 @@ HRESULT DataCollection::putref_AddItem(_Ds_ListCollection* value) {
 }
 
 HRESULT DataCollection::Count(VARIANT* count) {
-    if (!count) return E_POINTER;
-    VariantInit(count);
-    return guard([&] {
+    return deliver(count, [&] {
         LONG n = 0;
         check(nestedList()->get_Count(&n));
-        Variant::fromLong(n).detachTo(count);
+        return Variant::fromLong(n);
     });
 }
 

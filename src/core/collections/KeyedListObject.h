@@ -12,18 +12,13 @@ class KeyedListObject : public DispatchObject<Derived, Interface> {
 public:
     // The element at a position (from 1) or under a key; errors 9 and 5 reach the caller.
     HRESULT STDMETHODCALLTYPE Item(VARIANT* Index, Element** result) override {
-        if (!Index || !result) return E_POINTER;
-        *result = nullptr;
-        return this->guard([&] { *result = ComPtr<Element>(items_.item(*Index)).detach(); });
+        return this->deliver(result, [&] { return items_.item(required(Index)); });
     }
     HRESULT STDMETHODCALLTYPE Remove(VARIANT* Index) override {
-        if (!Index) return E_POINTER;
-        return this->guard([&] { items_.remove(*Index); });
+        return this->guard([&] { items_.remove(required(Index)); });
     }
     HRESULT STDMETHODCALLTYPE get_Count(LONG* count) override {
-        if (!count) return E_POINTER;
-        *count = items_.count();
-        return S_OK;
+        return this->deliver(count, [&] { return items_.count(); });
     }
     // Puts a new empty collection in place of the old; elements a host holds stay alive.
     HRESULT STDMETHODCALLTYPE Clear() override {

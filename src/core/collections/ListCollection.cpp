@@ -7,9 +7,7 @@ namespace vx {
 HRESULT ListCollection::Add(VARIANT SetValueA, BSTR sKey, VARIANT SetValueB, VARIANT SetValueC, VARIANT SetValueD,
                             VARIANT SetValueE, VARIANT SetValueF, VARIANT SetValueG, VARIANT SetValueK,
                             VARIANT SetValueH, _Ds_DataCollection** record) {
-    if (!record) return E_POINTER;
-    *record = nullptr;
-    return guard([&] {
+    return deliver(record, [&] {
         const std::wstring key(viewOf(sKey));
         ComPtr<_Ds_DataCollection> result;
         const bool added = tryStatement([&] {
@@ -33,7 +31,7 @@ HRESULT ListCollection::Add(VARIANT SetValueA, BSTR sKey, VARIANT SetValueB, VAR
         // A failed Add (most often a key already in use) hands back the record stored
         // under the key, unchanged; when there is none, that lookup's error is the result.
         if (!added) result = items_.find(key);
-        *record = result.detach();
+        return result;
     });
 }
 

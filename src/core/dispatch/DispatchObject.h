@@ -202,9 +202,7 @@ protected:
     // Accessors of properties that are plain fields.
     template <class T>
     static HRESULT giveField(const T& field, T* value) noexcept {
-        if (!value) return E_POINTER;
-        *value = field;
-        return S_OK;
+        return deliver(value, [&] { return field; });
     }
     static HRESULT giveText(std::wstring_view text, BSTR* value) noexcept {
         return deliver(value, [&] { return text; });

@@ -7,11 +7,19 @@
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
+#include "printing/PrintJob.h"
+#include "printing/PrintJobs.h"
+#include "printing/Printer.h"
+#include "desktop/RunShell.h"
+#include "desktop/SystemProcess.h"
+#include "desktop/VolumeSetting.h"
 #include "files/DriveInfo.h"
 #include "files/FileSystem.h"
 #include "files/RecycleBin.h"
 #include "files/TypeFileDetails.h"
 #include "files/TypeFileSys.h"
+#include "network/MakeAccount.h"
+#include "network/Network.h"
 #include "registry/Reg.h"
 #include "registry/RegEnumKey.h"
 #include "registry/RegEnumValue.h"
@@ -35,6 +43,9 @@ namespace {
 const ClassEntry roster[] = {
     classLine<DataCollection>(),
     classLine<ListCollection>(),
+    classLine<PrintJobs>(),
+    classLine<PrintJob>(),
+    classLine<Printer>(),
     classLine<Reg>(),
     classLine<RegKey>(),
     classLine<RegKeys>(),
@@ -49,11 +60,16 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Launcher>(),
+    classLine<SystemProcess>(),
+    classLine<VolumeSetting>(),
     classLine<FileSystem>(),
     classLine<TypeFileSys>(),
     classLine<DriveInfo>(),
     classLine<RecycleBin>(),
     classLine<TypeFileDetails>(),
+    classLine<Network>(),
+    classLine<MakeAccount>(),
 };
 
 }  // namespace
