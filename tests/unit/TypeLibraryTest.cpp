@@ -268,3 +268,35 @@ TEST(TypeLibrary, AddParametersAreOptionalWithTheirDefaults) {
     }
     list->ReleaseFuncDesc(fd);
 }
+
+// A type-library browser shows a help string for each of the file enumerations, interfaces
+// and their members.
+TEST(TypeLibrary, FileTypesAndMembersCarryHelp) {
+    const auto helpOf = [](ITypeInfo* ti, MEMBERID id) {
+        BSTR help = nullptr;
+        ti->GetDocumentation(id, nullptr, &help, nullptr, nullptr);
+        const size_t length = SysStringLen(help);
+        SysFreeString(help);
+        return length;
+    };
+    for (const wchar_t* name : {L"Flag_ATTRIBUTE", L"SHFlags", L"Flags_Recycle", L"Flag_GetXpPath", L"Flag_TypeReplace",
+                                L"Flag_SelectFind", L"Flag_FileSystem", L"Flag_FindCount", L"_Ds_FileSystem",
+                                L"_Ds_TypeFileSys", L"_Ds_DriveInfo", L"_Ds_RecycleBin", L"_Ds_TypeFileDetails"}) {
+        ComPtr<ITypeInfo> ti = infoByName(name);
+        ASSERT_TRUE(ti) << name;
+        EXPECT_GT(helpOf(ti.get(), MEMBERID_NIL), 0u) << name;
+        Attr attr(ti.get());
+        if (attr->typekind == TKIND_ENUM) continue;
+        for (UINT i = 0; i < attr->cFuncs; ++i) {
+            FUNCDESC* fd = nullptr;
+            ASSERT_EQ(ti->GetFuncDesc(i, &fd), S_OK);
+            const MEMBERID id = fd->memid;
+            // IUnknown's and IDispatch's members are 0x6000xxxx and 0x6001xxxx.
+            const bool own = (static_cast<ULONG>(id) >> 16) != 0x6000 && (static_cast<ULONG>(id) >> 16) != 0x6001;
+            ti->ReleaseFuncDesc(fd);
+            if (own) {
+                EXPECT_GT(helpOf(ti.get(), id), 0u) << name << " member " << std::hex << id;
+            }
+        }
+    }
+}
