@@ -237,6 +237,8 @@ TEST_F(Registration, ForTheUserLeavesTheMachinesRegistrationAlone) {
     const std::set<std::wstring> machineKeys = libraryKeys(machineClasses_.get());
     const std::set<std::wstring> machine = treeOf(machineClasses_.get(), machineKeys);
     ASSERT_EQ(install_(TRUE, L"user"), S_OK);
+    // The user's keys are the machine's, key for key and value for value.
+    EXPECT_EQ(treeOf(userClasses_.get(), libraryKeys(userClasses_.get())), machine);
     ASSERT_EQ(install_(FALSE, L"user"), S_OK);
     EXPECT_EQ(treeOf(machineClasses_.get(), libraryKeys(machineClasses_.get())), machine);
     ComPtr<IDispatch> list;

@@ -2,17 +2,16 @@
 
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/Handles.h"
+#include "core/runtime/ComPtr.h"
 #include "core/runtime/Module.h"
+#include "core/runtime/Variant.h"
 #include "core/server/Roster.h"
 
 #include "core/runtime/Platform.h"
 
 #include <string>
 #include <string_view>
-
-// Part of oleaut32 since Windows Vista; mingw-w64's oleauto.h does not declare them.
-extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
-extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID libId, WORD major, WORD minor, LCID lcid, SYSKIND kind);
+#include <vector>
 
 namespace vx {
 
@@ -42,38 +41,6 @@ private:
     UniqueRegKey user_;
     LSTATUS status_ = ERROR_SUCCESS;
 };
-
-// The type library's own registration in the user's scope goes through the ForUser
-// calls, with HKEY_CLASSES_ROOT mapped onto the user's classes while they run (as
-// per-user registration has long been done): an oleaut32 whose ForUser calls write
-// through HKEY_CLASSES_ROOT then still writes the user's keys, never the machine's.
-class UserClassesAsClassesRoot {
-public:
-    explicit UserClassesAsClassesRoot(HKEY userClasses) noexcept
-        : mapped_(userClasses && RegOverridePredefKey(HKEY_CLASSES_ROOT, userClasses) == ERROR_SUCCESS) {}
-    ~UserClassesAsClassesRoot() {
-        if (mapped_) RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
-    }
-    UserClassesAsClassesRoot(const UserClassesAsClassesRoot&) = delete;
-    UserClassesAsClassesRoot& operator=(const UserClassesAsClassesRoot&) = delete;
-
-private:
-    bool mapped_;
-};
-
-HRESULT registerTypeLibrary(const ClassesRoot& root, ITypeLib* library, const std::wstring& path) {
-    auto* file = const_cast<OLECHAR*>(path.c_str());
-    if (root.scope() == RegistrationScope::Machine) return RegisterTypeLib(library, file, nullptr);
-    UserClassesAsClassesRoot mapped(root.key());
-    return RegisterTypeLibForUser(library, file, nullptr);
-}
-
-HRESULT unregisterTypeLibrary(const ClassesRoot& root, const TLIBATTR& a) {
-    if (root.scope() == RegistrationScope::Machine)
-        return UnRegisterTypeLib(a.guid, a.wMajorVerNum, a.wMinorVerNum, a.lcid, a.syskind);
-    UserClassesAsClassesRoot mapped(root.key());
-    return UnRegisterTypeLibForUser(a.guid, a.wMajorVerNum, a.wMinorVerNum, a.lcid, a.syskind);
-}
 
 // Sets a text value (name null: the key's default value), creating the key as needed.
 LSTATUS setText(HKEY root, const std::wstring& keyPath, const wchar_t* name, const std::wstring& value) {
@@ -125,6 +92,73 @@ void deleteIfEmpty(HKEY root, const wchar_t* keyPath) {
     if (subkeys == 0 && values == 0) RegDeleteKeyW(root, keyPath);
 }
 
+// The interfaces of the type library that the automation marshallers serve, each with
+// its marshaller: the type library marshaller for dual and oleautomation interfaces, the
+// IDispatch marshaller for dispatch-only ones.
+struct InterfaceEntry {
+    std::wstring iid, name;
+    const wchar_t* marshaller;
+};
+
+std::vector<InterfaceEntry> automationInterfaces(ITypeLib* library) {
+    std::vector<InterfaceEntry> found;
+    for (UINT i = 0, n = library->GetTypeInfoCount(); i < n; ++i) {
+        ComPtr<ITypeInfo> info;
+        TYPEATTR* attr = nullptr;
+        if (FAILED(library->GetTypeInfo(i, info.put())) || FAILED(info->GetTypeAttr(&attr))) continue;
+        const bool dual = attr->wTypeFlags & TYPEFLAG_FDUAL;
+        const bool served = attr->typekind == TKIND_DISPATCH ||
+                            (attr->typekind == TKIND_INTERFACE && (attr->wTypeFlags & (TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION)));
+        Bstr name;
+        if (served && SUCCEEDED(info->GetDocumentation(MEMBERID_NIL, name.put(), nullptr, nullptr, nullptr)))
+            found.push_back({guidText(attr->guid), name.str(),
+                             attr->typekind == TKIND_DISPATCH && !dual ? L"{00020420-0000-0000-C000-000000000046}"
+                                                                      : L"{00020424-0000-0000-C000-000000000046}"});
+        info->ReleaseTypeAttr(attr);
+    }
+    return found;
+}
+
+std::wstring versionKey(const TLIBATTR& a) {
+    wchar_t v[24];
+    swprintf(v, 24, L"%x.%x", a.wMajorVerNum, a.wMinorVerNum);
+    return v;
+}
+
+// The type library and its interfaces in the user's classes, as RegisterTypeLib writes
+// them in the machine's: written here key by key, so that nothing reaches another root.
+HRESULT registerTypeLibraryForUser(HKEY root, ITypeLib* library, const TLIBATTR& a, const std::wstring& path) {
+    const std::wstring libId = guidText(a.guid), key = L"TypeLib\\" + libId + L"\\" + versionKey(a);
+    Bstr name, doc;
+    HRESULT hr = library->GetDocumentation(MEMBERID_NIL, name.put(), doc.put(), nullptr, nullptr);
+    if (FAILED(hr)) return hr;
+    wchar_t lcid[16], flags[16];
+    swprintf(lcid, 16, L"%lx", static_cast<unsigned long>(a.lcid));
+    swprintf(flags, 16, L"%u", a.wLibFlags);
+    LSTATUS s = ERROR_SUCCESS;
+    auto step = [&s](LSTATUS r) { if (s == ERROR_SUCCESS) s = r; };
+    step(setText(root, key, nullptr, doc.str().empty() ? name.str() : doc.str()));
+    step(setText(root, key + L"\\" + lcid + (a.syskind == SYS_WIN64 ? L"\\win64" : L"\\win32"), nullptr, path));
+    step(setText(root, key + L"\\FLAGS", nullptr, flags));
+    step(setText(root, key + L"\\HELPDIR", nullptr, path.substr(0, path.find_last_of(L'\\'))));
+    for (const InterfaceEntry& i : automationInterfaces(library)) {
+        const std::wstring k = L"Interface\\" + i.iid;
+        step(setText(root, k, nullptr, i.name));
+        step(setText(root, k + L"\\ProxyStubClsid", nullptr, i.marshaller));
+        step(setText(root, k + L"\\ProxyStubClsid32", nullptr, i.marshaller));
+        step(setText(root, k + L"\\TypeLib", nullptr, libId));
+        step(setText(root, k + L"\\TypeLib", L"Version", std::to_wstring(a.wMajorVerNum) + L"." + std::to_wstring(a.wMinorVerNum)));
+    }
+    return HRESULT_FROM_WIN32(s);
+}
+
+void unregisterTypeLibraryForUser(HKEY root, ITypeLib* library, const TLIBATTR& a) {
+    for (const InterfaceEntry& i : automationInterfaces(library)) deleteTree(root, L"Interface\\" + i.iid);
+    const std::wstring lib = L"TypeLib\\" + guidText(a.guid);
+    deleteTree(root, lib + L"\\" + versionKey(a));
+    deleteIfEmpty(root, lib.c_str());
+}
+
 HRESULT registerClass(HKEY root, const ClassEntry& c, const std::wstring& dllPath, const std::wstring& libId) {
     const std::wstring clsid = guidText(c.classId()), key = classKeyPath(c.classId()), prog = progId(className(c));
     LSTATUS s = ERROR_SUCCESS;
@@ -153,16 +187,18 @@ HRESULT registerServer(RegistrationScope scope) noexcept {
         const std::wstring path = module::path();
         ITypeLib* tl = typeLibrary();
         if (!tl) return TYPE_E_CANTLOADLIBRARY;
-        HRESULT hr = registerTypeLibrary(root, tl, path);
-        if (FAILED(hr)) return hr;
         TLIBATTR* attr = nullptr;
-        hr = tl->GetLibAttr(&attr);
+        HRESULT hr = tl->GetLibAttr(&attr);
+        if (FAILED(hr)) return hr;
+        const TLIBATTR lib = *attr;
+        tl->ReleaseTLibAttr(attr);
+        hr = scope == RegistrationScope::Machine ? RegisterTypeLib(tl, const_cast<OLECHAR*>(path.c_str()), nullptr)
+                                                 : registerTypeLibraryForUser(root.key(), tl, lib, path);
         if (FAILED(hr)) {
             unregisterServer(scope);
             return hr;
         }
-        const std::wstring libId = guidText(attr->guid);
-        tl->ReleaseTLibAttr(attr);
+        const std::wstring libId = guidText(lib.guid);
         for (const ClassEntry* c = rosterBegin(); c != rosterEnd(); ++c) {
             if (!isCreatable(*c)) continue;
             hr = registerClass(root.key(), *c, path, libId);
@@ -193,7 +229,10 @@ HRESULT unregisterServer(RegistrationScope scope) noexcept {
         HRESULT hr = tl->GetLibAttr(&attr);
         if (FAILED(hr)) return hr;
         // Unregistering what is not registered is not a failure.
-        if (keyExists(root.key(), L"TypeLib\\" + guidText(attr->guid))) hr = unregisterTypeLibrary(root, *attr);
+        if (scope == RegistrationScope::User)
+            unregisterTypeLibraryForUser(root.key(), tl, *attr);
+        else if (keyExists(root.key(), L"TypeLib\\" + guidText(attr->guid)))
+            hr = UnRegisterTypeLib(attr->guid, attr->wMajorVerNum, attr->wMinorVerNum, attr->lcid, attr->syskind);
         tl->ReleaseTLibAttr(attr);
         // The user's classes keep no empty folder that registration may have made.
         if (scope == RegistrationScope::User)
