@@ -195,4 +195,36 @@ Show "first and last", drivers.Item(1).ValueA & " ... " & drivers.Item(drivers.C
 Show "text at address 0 (not memory)", """" & printers.StringFromPointer(0, 100) & """"
 WScript.Echo ""
 
+' ---- Launching, memory and the mixer ----
+WScript.Echo "Ds_RunShell, Ds_SystemProcess, Ds_VolumeSetting: start and wait, memory, volume"
+Dim launcher, sysproc, mixer, answer, gb, mb, kb, speakers, was
+Set launcher = CreateObject("Vx_Main.Ds_RunShell")
+answer = launcher.RunShell("notepad.exe", , , , 1, , "Untitled - Notepad")   ' returns once the window is there
+Show "the shell's answer (above 32: started)", answer
+finder.WindowsClose finder.GetFindHandle("Untitled - Notepad")
+Show "a program that is not there", launcher.RunShell("vx_no_such_program.exe")  ' 2 (31: no program for the type)
+Set sysproc = CreateObject("Vx_Main.Ds_SystemProcess")
+sysproc.GetMemorySystem gb, mb, kb
+Show "physical memory", gb & " GB, " & mb & " MB, " & kb & " KB"
+Set mixer = CreateObject("Vx_Main.Ds_VolumeSetting")
+speakers = 0                                                  ' VOL_CONTROL: SPEAKER
+Show "speakers' volume", mixer.GetVolume(speakers) & " of 100, muted: " & mixer.GetMute(7)
+was = mixer.GetVolume(speakers)
+mixer.SetVolume speakers, 40
+Show "set to 40, reads", mixer.GetVolume(speakers)
+mixer.SetVolume speakers, was                                ' as it was
+mixer.CloseMixer
+WScript.Echo ""
+
+' ---- Network ----
+WScript.Echo "Ds_Network: names, addresses, ping, services, and its error channel"
+Dim net, replies, report
+Set net = CreateObject("Vx_Main.Ds_Network")
+Show "this computer", net.GetMyComputerName & " (" & net.GetNetConnectionType & ")"
+Show "localhost is", net.GetIPFromHostName("localhost") & ", and 127.0.0.1 is " & net.GetHostNameFromIP("127.0.0.1")
+If net.GetPingIP("127.0.0.1", replies, 500, 32, 64, 2, report) Then Show "ping", Replace(report, vbCrLf, " / ")
+Show "the RPC service", net.GetServiceList.Item("RpcSs").ValueC
+Show "servers", "[" & net.GetServerList & "] error " & net.NetCodeError & ": " & net.NetErrorDesration
+WScript.Echo ""
+
 WScript.Echo "End of tour."

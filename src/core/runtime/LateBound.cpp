@@ -53,6 +53,22 @@ void LateBound::putRef(std::wstring_view name, const Variant& value) const {
     invoke(name, DISPATCH_PROPERTYPUTREF, args);
 }
 
+void LateBound::forEach(const std::function<void(const VARIANT&)>& f) const {
+    std::vector<Variant> none;
+    const Variant got = invoke(object_.get(), DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, none);
+    const VARIANT& v = deref(*got);
+    IUnknown* unknown = V_VT(&v) == VT_UNKNOWN ? V_UNKNOWN(&v) : V_VT(&v) == VT_DISPATCH ? V_DISPATCH(&v) : nullptr;
+    ComPtr<IEnumVARIANT> items;
+    if (!unknown || FAILED(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.put()))) || !items)
+        raise(err::NotSupported);
+    for (;;) {
+        Variant item;
+        ULONG fetched = 0;
+        if (items->Next(1, item.put(), &fetched) != S_OK || fetched != 1) break;
+        f(*item);
+    }
+}
+
 Variant LateBound::invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const {
     if (!object_) raise(err::ObjectNotSet);
     std::wstring n(name);

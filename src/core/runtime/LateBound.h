@@ -11,6 +11,7 @@
 
 #include "core/runtime/Platform.h"
 
+#include <functional>
 #include <initializer_list>
 #include <string_view>
 #include <vector>
@@ -34,6 +35,10 @@ public:
     Variant get(std::wstring_view name, std::vector<Variant> args = {}) const;
     void put(std::wstring_view name, const Variant& value) const;
     void putRef(std::wstring_view name, const Variant& value) const;
+
+    // For Each: hands each element of a collection (through its _NewEnum) to f, in the
+    // collection's order. A collection without an enumerator is error 438.
+    void forEach(const std::function<void(const VARIANT&)>& f) const;
 
     // Arguments are in call order; by-reference arguments (VT_BYREF) write back.
     Variant invoke(std::wstring_view name, WORD flags, std::vector<Variant>& args) const;
