@@ -34,7 +34,7 @@ sub cpp {
 
 my @blocks;
 my %seen;
-while ($text =~ /typedef\s+enum\s+(\w+)\s*\{(.*?)\}\s*\1\s*;/sg) {
+while ($text =~ /typedef\s+(?:\[[^\]]*\]\s*)?enum\s+(\w+)\s*\{(.*?)\}\s*\1\s*;/sg) {
     my ($name, $body) = ($1, $2);
     my @members;
     my $next = 0;

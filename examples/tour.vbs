@@ -173,6 +173,28 @@ Next
 Show "notepad closed", finder.GetFindHandle("Untitled - Notepad") = 0
 WScript.Echo ""
 
+' ---- The clipboard, and members by name ----
+WScript.Echo "Ds_Clipboard: text through the clipboard, its formats described"
+Dim clip, formats, fmt, byName, dict, count
+Set clip = CreateObject("Vx_Main.Ds_Clipboard")
+clip.ClipboardText = "Copied by the tour"
+Show "the clipboard's text", clip.ClipboardText
+formats = Array()
+Show "formats on the clipboard", clip.EnumClipboard(formats)
+For Each fmt In formats
+    Show "  format", Replace(fmt, vbTab, " - ")
+Next
+Show "a guess from their number (1 is CF_TEXT)", clip.NowTypeClipboard
+WScript.Echo "Ds_SetValueObject: members of any object by name"
+Set byName = CreateObject("Vx_Main.Ds_SetValueObject")
+Set dict = CreateObject("Scripting.Dictionary")
+Show "calling Add", byName.GetValueData(dict, "Add", 1, Array("tour", "one"))
+Show "reading Count", byName.GetValueData(dict, "Count", 2, , count) & ", " & count
+Show "letting Item(""tour"") = 2, as the text it holds", byName.GetValueData(dict, "Item", 4, Array("tour", 2)) & _
+    ", now " & TypeName(dict("tour"))
+Show "an unknown member", byName.GetValueData(dict, "Nope", 2)
+WScript.Echo ""
+
 ' ---- Printers ----
 WScript.Echo "Ds_Printer: the printers, the default printer, the drivers a new printer would try"
 Dim printers, drivers, printerName, printerNames, defaultDevice
@@ -214,6 +236,25 @@ mixer.SetVolume speakers, 40
 Show "set to 40, reads", mixer.GetVolume(speakers)
 mixer.SetVolume speakers, was                                ' as it was
 mixer.CloseMixer
+WScript.Echo ""
+
+' ---- Files and drives ----
+WScript.Echo "Ds_FileSystem: placeholders, folders, text files, searches, drives"
+Dim files, tmp, lines, found, drive
+Set files = CreateObject("Vx_Main.Ds_FileSystem")
+tmp = files.PathReplace("*MyTemp*") & "vx-tour"
+Show "the temp placeholder", files.PathReplace("*MyTemp*")
+files.NewDir tmp & "\notes"
+files.NewFile tmp & "\notes\list.txt", "first line" & vbCrLf & "second line", True
+files.NewFile tmp & "\notes\plain.txt", "one" & vbCrLf & "two" & vbCrLf & "three"
+lines = Array()
+If files.GetReadFile(tmp & "\notes\plain.txt", lines) Then Show "lines read", UBound(lines) + 1 & ": " & Join(lines, ", ")
+If files.GoFindFile(tmp, found, "*.txt") Then Show "found", found.CountFile & " files, " & found.SizeFile & " bytes"
+Show "sizes", files.GetInfoSizeByte(1536, "0.00") & " and " & files.GetInfoSizeByte(1023)
+Set drive = files.GoDrive
+Show "the system drive", drive.RootDrive & " " & drive.FileSystem & ", serial " & drive.SerialInfo
+files.ActionSHFile 3, tmp                                      ' FO_DELETE: the tour's own folder
+Show "folder left", files.IsDirX(tmp)
 WScript.Echo ""
 
 ' ---- Network ----

@@ -2,6 +2,7 @@
 // early-bound interface. What a late-bound host sees is in tests/host/collections.vbs.
 #include "core/collections/KeyedCollection.h"
 
+#include "AllocationFailure.h"
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
@@ -49,6 +50,21 @@ TEST(KeyedCollection, RemoveAndClearFreeTheKeys) {
     EXPECT_EQ(c.find(L"b"), 5);
 }
 
+TEST(KeyedCollection, KeysStayFoundAsTheCollectionGrows) {
+    // The key index refers to the entries' own keys: growing the list and the index (and
+    // a refused key on the way) must leave every key finding its own item.
+    KeyedCollection<int> c;
+    for (int i = 0; i < 5000; ++i) c.add(i, L"Key" + std::to_wstring(i));
+    EXPECT_RUNTIME_ERROR(c.add(-1, L"KEY4999"), 457);
+    c.add(5000, L"\u00c9T\u00c9 Key");
+    EXPECT_EQ(c.count(), 5001);
+    for (int i = 0; i < 5000; i += 499) EXPECT_EQ(c.find(L"kEy" + std::to_wstring(i)), i);
+    EXPECT_EQ(c.find(L"\u00e9t\u00e9 KEY"), 5000);
+    c.removeAt(1);
+    EXPECT_FALSE(c.contains(L"key0"));
+    EXPECT_EQ(c.find(L"KEY4999"), 4999);
+}
+
 TEST(ListCollection, EarlyBoundCallsGetTheSameResultsAndErrors) {
     // A compiled host calls the vtable: errors arrive as HRESULTs with the runtime's text
     // in the thread's error info, and out parameters are cleared.
@@ -76,4 +92,27 @@ TEST(ListCollection, EarlyBoundCallsGetTheSameResultsAndErrors) {
     ComPtr<ISupportErrorInfo> sei = list.query<ISupportErrorInfo>();
     ASSERT_TRUE(sei);
     EXPECT_EQ(sei->InterfaceSupportsErrorInfo(__uuidof(_Ds_ListCollection)), S_OK);
+}
+
+TEST(KeyedCollection, AnAdditionThatRunsOutOfMemoryLeavesNoTrace) {
+    // Each allocation of an addition fails in turn: the item is then in the collection
+    // with its key, or not at all.
+    const std::wstring key = L"a key longer than any short-text buffer";
+    for (std::size_t allowed = 0; allowed < 16; ++allowed) {
+        KeyedCollection<std::wstring> c;
+        c.add(L"first", L"one");
+        bool added = true;
+        try {
+            vxtest::FailingAllocations failing(allowed);
+            c.add(L"second value, long enough to be allocated", key);
+        } catch (const std::bad_alloc&) {
+            added = false;
+        }
+        EXPECT_EQ(c.count(), added ? 2 : 1) << allowed;
+        EXPECT_EQ(c.contains(key), added) << allowed;
+        if (!added) {
+            c.add(L"again", key);  // the key is free, and the next addition works
+            EXPECT_EQ(c.find(key), L"again");
+        }
+    }
 }

@@ -268,3 +268,50 @@ TEST(TypeLibrary, AddParametersAreOptionalWithTheirDefaults) {
     }
     list->ReleaseFuncDesc(fd);
 }
+
+TEST(TypeLibrary, TheCachesKeepWhatWasReadButNoFailure) {
+    // What the library, the interfaces' type infos and their call plans are kept in: a
+    // failed first read (a library that could not be loaded yet) is tried again.
+    static int* volatile slot = nullptr;
+    int value = 7, other = 8, made = 0, discarded = 0;
+    auto discard = [&](int*) { ++discarded; };
+    EXPECT_EQ(keptOnceMade(slot, [&]() -> int* { ++made; return nullptr; }, discard), nullptr);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &value; }, discard), &value);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &other; }, discard), &value);
+    EXPECT_EQ(made, 2);
+    EXPECT_EQ(discarded, 0);
+    // A value made meanwhile by another thread wins; the late one is discarded.
+    static int* volatile raced = nullptr;
+    EXPECT_EQ(keptOnceMade(raced, [&] { raced = &value; return &other; }, discard), &value);
+    EXPECT_EQ(discarded, 1);
+}
+
+namespace {
+std::wstring helpOf(ITypeInfo* ti, MEMBERID id) {
+    BSTR doc = nullptr;
+    ti->GetDocumentation(id, nullptr, &doc, nullptr, nullptr);
+    std::wstring r = doc ? doc : L"";
+    SysFreeString(doc);
+    return r;
+}
+}  // namespace
+
+TEST(TypeLibrary, InterfacesMembersAndEnumerationsCarryHelpStrings) {
+    // What an object browser shows: the type's own help string and each member's.
+    for (const wchar_t* name : {L"_Ds_SetValueObject", L"_Ds_Clipboard", L"TypeClipboardFormats", L"Flag_PathClip"}) {
+        auto ti = infoByName(name);
+        ASSERT_TRUE(ti) << std::string(name, name + wcslen(name));
+        EXPECT_FALSE(helpOf(ti.get(), MEMBERID_NIL).empty()) << std::string(name, name + wcslen(name));
+        Attr attr(ti.get());
+        if (attr->typekind == TKIND_ENUM) continue;
+        auto vt = vtableInfo(attr->guid);
+        Attr own(vt.get());
+        for (UINT i = 0; i < own->cFuncs; ++i) {
+            FUNCDESC* fd = nullptr;
+            vt->GetFuncDesc(i, &fd);
+            const std::wstring member = nameOf(vt.get(), fd->memid);
+            EXPECT_FALSE(helpOf(vt.get(), fd->memid).empty()) << std::string(member.begin(), member.end());
+            vt->ReleaseFuncDesc(fd);
+        }
+    }
+}

@@ -3,7 +3,9 @@
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
 #include "core/dispatch/TypeLibrary.h"
+#include "core/latebound/SetValueObject.h"
 #include "core/runtime/ComPtr.h"
+#include "desktop/Clipboard.h"
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
@@ -13,6 +15,11 @@
 #include "desktop/RunShell.h"
 #include "desktop/SystemProcess.h"
 #include "desktop/VolumeSetting.h"
+#include "files/DriveInfo.h"
+#include "files/FileSystem.h"
+#include "files/RecycleBin.h"
+#include "files/TypeFileDetails.h"
+#include "files/TypeFileSys.h"
 #include "network/MakeAccount.h"
 #include "network/Network.h"
 #include "registry/Reg.h"
@@ -48,6 +55,7 @@ const ClassEntry roster[] = {
     classLine<RegValues>(),
     classLine<RegEnumKeyList>(),
     classLine<RegEnumValueList>(),
+    classLine<SetValueObject>(),
     classLine<Calendar>(),
     classLine<AlphaMoney>(),
     classLine<MyVaribleFunction>(),
@@ -55,9 +63,15 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Clipboard>(),
     classLine<Launcher>(),
     classLine<SystemProcess>(),
     classLine<VolumeSetting>(),
+    classLine<FileSystem>(),
+    classLine<TypeFileSys>(),
+    classLine<DriveInfo>(),
+    classLine<RecycleBin>(),
+    classLine<TypeFileDetails>(),
     classLine<Network>(),
     classLine<MakeAccount>(),
 };
