@@ -140,6 +140,42 @@ TEST(TypeLibrary, EveryEnumerationWithItsMembers) {
     }
 }
 
+TEST(TypeLibrary, EnumerationValuesCarryTheirOwnHelpStrings) {
+    // A value's help string is put in after widl, from custom data the value carried: it
+    // must land on that value (the library's first and last values, values between), and
+    // the custom data must be gone.
+    const struct { const wchar_t* enumeration; const wchar_t* member; const wchar_t* begins; } expected[] = {
+        {L"Flag_TypeDate", L"GoHejryDate", L"From a Miladi"}, {L"Flag_TypeDate", L"GoMiladyDate", L"From a Shamsi"},
+        {L"HKEY_Type", L"CURRENT_USER", L"HKEY_CURRENT_USER:"}, {L"HKEY_Type", L"DYN_DATA", L"HKEY_DYN_DATA:"},
+        {L"Flag_SelectNetworkType", L"SV_TYPE_ALL", L"Every type"}};
+    for (const auto& e : expected) {
+        auto ti = infoByName(e.enumeration);
+        ASSERT_TRUE(ti) << e.enumeration;
+        Attr attr(ti.get());
+        bool found = false;
+        for (UINT i = 0; i < attr->cVars; ++i) {
+            VARDESC* vd = nullptr;
+            ASSERT_EQ(ti->GetVarDesc(i, &vd), S_OK);
+            BSTR help = nullptr;
+            ti->GetDocumentation(vd->memid, nullptr, &help, nullptr, nullptr);
+            const std::wstring text = help ? help : L"";
+            SysFreeString(help);
+            if (nameOf(ti.get(), vd->memid) == e.member) {
+                found = true;
+                EXPECT_EQ(text.rfind(e.begins, 0), 0u) << e.member;
+            }
+            ti->ReleaseVarDesc(vd);
+            auto info2 = ti.query<ITypeInfo2>();
+            ASSERT_TRUE(info2);
+            CUSTDATA data{};
+            ASSERT_EQ(info2->GetAllVarCustData(i, &data), S_OK);
+            EXPECT_EQ(data.cCustData, 0u) << e.enumeration << " value " << i;
+            ClearCustData(&data);
+        }
+        EXPECT_TRUE(found) << e.member;
+    }
+}
+
 #define AT(type, field) {L## #field, static_cast<long>(offsetof(type, field))}
 
 TEST(WordSize, RecordsLieWhereTheTypeLibrarySays) {
