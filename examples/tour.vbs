@@ -173,6 +173,28 @@ Next
 Show "notepad closed", finder.GetFindHandle("Untitled - Notepad") = 0
 WScript.Echo ""
 
+' ---- The clipboard, and members by name ----
+WScript.Echo "Ds_Clipboard: text through the clipboard, its formats described"
+Dim clip, formats, fmt, byName, dict, count
+Set clip = CreateObject("Vx_Main.Ds_Clipboard")
+clip.ClipboardText = "Copied by the tour"
+Show "the clipboard's text", clip.ClipboardText
+formats = Array()
+Show "formats on the clipboard", clip.EnumClipboard(formats)
+For Each fmt In formats
+    Show "  format", Replace(fmt, vbTab, " - ")
+Next
+Show "a guess from their number (1 is CF_TEXT)", clip.NowTypeClipboard
+WScript.Echo "Ds_SetValueObject: members of any object by name"
+Set byName = CreateObject("Vx_Main.Ds_SetValueObject")
+Set dict = CreateObject("Scripting.Dictionary")
+Show "calling Add", byName.GetValueData(dict, "Add", 1, Array("tour", "one"))
+Show "reading Count", byName.GetValueData(dict, "Count", 2, , count) & ", " & count
+Show "letting Item(""tour"") = 2, as the text it holds", byName.GetValueData(dict, "Item", 4, Array("tour", 2)) & _
+    ", now " & TypeName(dict("tour"))
+Show "an unknown member", byName.GetValueData(dict, "Nope", 2)
+WScript.Echo ""
+
 ' ---- Printers ----
 WScript.Echo "Ds_Printer: the printers, the default printer, the drivers a new printer would try"
 Dim printers, drivers, printerName, printerNames, defaultDevice

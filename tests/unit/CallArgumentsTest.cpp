@@ -8,9 +8,12 @@
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
+#include <limits>
+
 using namespace vx;
 using vxtest::byRef;
 using vxtest::call;
+using vxtest::textOf;
 
 namespace {
 
@@ -21,7 +24,9 @@ public:
 
     Variant index, separator, last;
     LONG mode = 0;
-    LONG writeMode = 0;  // when not 0, GetVar stores it into its mode argument
+    short key = 0;
+    LONG writeMode = 0;      // when not 0, GetVar stores it into its mode argument
+    bool writeData = false;  // GetVar stores the Long 7 into its data argument
 
     HRESULT STDMETHODCALLTYPE GetVar(VARIANT* sData, VARIANT* nIndex, VARIANT* sFind, Flag_PathClip* GoGetSplit,
                                      VARIANT* EndIndexLast, VARIANT* result) override {
@@ -31,13 +36,21 @@ public:
         last = Variant::copyOf(*EndIndexLast);
         mode = *GoGetSplit;
         if (writeMode) *GoGetSplit = writeMode;
+        if (writeData) {
+            VariantClear(sData);
+            V_VT(sData) = VT_I4;
+            V_I4(sData) = 7;
+        }
         VariantInit(result);
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE IsEqute(VARIANT*, VARIANT*, Type_IsEquate*, VARIANT_BOOL*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE CountUBound(VARIANT*, short*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GoIsNull(VARIANT*, VARIANT, VARIANT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE IsKey(short, VARIANT_BOOL*) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE IsKey(short GetAsc, VARIANT_BOOL*) override {
+        key = GetAsc;
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE DoWaitFindTitle(BSTR) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DoWaitNumber(LONG) override { return E_NOTIMPL; }
 };
@@ -111,4 +124,190 @@ TEST(CallArguments, PropertyAssignmentsTakeHostVariablesToo) {
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(null)).errorNumber(), 13);
     EXPECT_EQ(vxtest::put(m.get(), L"AlphaAnd", byRef(array)).errorNumber(), 13);
     EXPECT_EQ(alphaAnd(), L" & ");
+}
+
+namespace {
+
+// Calls a member by name with arguments the caller owns (in call order) and hands them
+// back as the call left them: whatever the call put there is the caller's to free.
+std::vector<Variant> invokeOwning(IDispatch* object, const wchar_t* name, std::vector<Variant> args,
+                                  HRESULT* hr = nullptr) {
+    std::wstring n(name);
+    LPOLESTR names[1] = {&n[0]};
+    DISPID id = 0;
+    EXPECT_EQ(object->GetIDsOfNames(IID_NULL, names, 1, 0, &id), S_OK);
+    std::vector<VARIANT> raw(args.size());
+    for (size_t i = 0; i < args.size(); ++i) args[i].detachTo(&raw[args.size() - 1 - i]);
+    DISPPARAMS params{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
+    Variant result;
+    EXCEPINFO ei{};
+    const HRESULT got = object->Invoke(id, IID_NULL, 0, DISPATCH_METHOD, &params, result.put(), &ei, nullptr);
+    if (hr) *hr = got;
+    SysFreeString(ei.bstrSource);
+    SysFreeString(ei.bstrDescription);
+    SysFreeString(ei.bstrHelpFile);
+    std::vector<Variant> after;
+    for (size_t i = raw.size(); i-- > 0;) after.push_back(Variant::take(raw[i]));
+    return after;
+}
+
+}  // namespace
+
+TEST(CallArguments, ArgumentsTheCallChangedInPlaceStayTheCallers) {
+    // A by-value argument to an [in, out] parameter is changed in place by the call (the
+    // type info writes the member's value back into it, in the argument's type). When
+    // defaults are completed too, the caller gets back what the call left there: had it
+    // kept its own copy, the text the call freed would be freed again.
+    auto r = Recorder::create();
+    r->writeData = true;
+    auto after = invokeOwning(r.get(), L"GetVar", {Variant::fromDouble(1.5)});
+    ASSERT_EQ(after.size(), 1u);
+    ASSERT_EQ(after[0].type(), VT_R8);
+    EXPECT_EQ(V_R8(after[0].get()), 7.0);
+
+    // As a script calls them: ShamsiDate("2024/3/20", , "text"), and GoFormAlpha with a
+    // Byte variable and "-1" (Wine's heap checker reported the texts freed twice).
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    after = invokeOwning(calendar.get(), L"ShamsiDate",
+                         {Variant::fromText(L"2024/3/20"), Variant::missing(), Variant::fromText(L"text")});
+    ASSERT_EQ(after[2].type(), VT_BSTR);
+    EXPECT_NE(toText(*after[2]), L"text");
+    auto finder = vxtest::createObject(CLSID_Ds_EnumChid);
+    Variant byte;
+    V_VT(byte.get()) = VT_UI1;
+    HRESULT hr = S_OK;
+    after = invokeOwning(finder.get(), L"GoFormAlpha", {byRef(byte), Variant::fromText(L"-1")}, &hr);
+    EXPECT_EQ(hr, DISP_E_EXCEPTION);  // error 6: an alpha beyond a byte
+    EXPECT_EQ(toText(*after[1]), L"-1");
+}
+
+TEST(CallArguments, ArgumentsAMemberDoesNotTakeAreRefused) {
+    // A property get given an argument it does not take: a type info would pass it on to
+    // the object the property holds, Nothing included. Refused before the call, with error
+    // 450, as a surplus argument to any member is.
+    auto list = vxtest::createObject(CLSID_Ds_ListCollection);
+    auto record = vxtest::objectOf(call(list.get(), L"Add", {text(L"v"), text(L"k")}).value);
+    ASSERT_TRUE(record);
+    ASSERT_EQ(vxtest::putRef(record.get(), L"ValueG", Variant::fromDispatch(nullptr)).errorNumber(), 0);
+    EXPECT_EQ(vxtest::get(record.get(), L"ValueG", {Variant::fromShort(1)}).errorNumber(), 450);
+    EXPECT_EQ(call(record.get(), L"ValueG", {Variant::fromShort(1)}).errorNumber(), 450);
+    EXPECT_EQ(vxtest::get(record.get(), L"ValueG").errorNumber(), 0);
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    EXPECT_EQ(call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), Variant::fromBool(false), text(L"more")})
+                  .errorNumber(),
+              450);
+    EXPECT_EQ(textOf(call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), Variant::fromBool(false)}).value),
+              L"2006/8/3");
+}
+
+namespace {
+
+// A call as VBA writes `o.Member(positional..., Name:=value ...)`: the names are looked
+// up with the member's, the named arguments come first in rgvarg.
+vxtest::CallResult callNamed(IDispatch* object, const wchar_t* member, std::vector<Variant> positional,
+                             std::vector<std::pair<const wchar_t*, Variant>> named) {
+    std::vector<std::wstring> names{member};
+    for (auto& n : named) names.emplace_back(n.first);
+    std::vector<LPOLESTR> raw;
+    for (auto& n : names) raw.push_back(&n[0]);
+    std::vector<DISPID> ids(raw.size());
+    vxtest::CallResult r;
+    r.hr = object->GetIDsOfNames(IID_NULL, raw.data(), static_cast<UINT>(raw.size()), 0, ids.data());
+    if (FAILED(r.hr)) return r;
+    std::vector<VARIANT> args(named.size() + positional.size());
+    for (size_t k = 0; k < named.size(); ++k) named[k].second.detachTo(&args[k]);
+    for (size_t j = 0; j < positional.size(); ++j) positional[j].detachTo(&args[args.size() - 1 - j]);
+    DISPPARAMS params{args.data(), ids.data() + 1, static_cast<UINT>(args.size()), static_cast<UINT>(named.size())};
+    EXCEPINFO ei{};
+    r.hr = object->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD | DISPATCH_PROPERTYGET, &params, r.value.put(), &ei,
+                          nullptr);
+    if (r.hr == DISP_E_EXCEPTION) r.scode = ei.scode;
+    SysFreeString(ei.bstrSource);
+    SysFreeString(ei.bstrDescription);
+    SysFreeString(ei.bstrHelpFile);
+    for (VARIANT& v : args) VariantClear(&v);
+    return r;
+}
+
+}  // namespace
+
+TEST(CallArguments, NamedArgumentsTakeTheirPlacesAndDefaultsStillComplete) {
+    auto r = Recorder::create();
+    ASSERT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"EndIndexLast", Variant::fromShort(9)}, {L"sData", text(L"a")}})
+                  .errorNumber(),
+              0);
+    EXPECT_EQ(toInt32(*r->last), 9);
+    EXPECT_EQ(toText(*r->separator), L",");  // the omitted ones their defaults, by reference
+    EXPECT_EQ(r->mode, 2);
+    // What a script names wrongly: no such parameter, one given twice, a required one
+    // left out (448, 448, 449).
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {text(L"a")}, {{L"sData", text(L"b")}}).errorNumber(), 448);
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"nIndex", Variant::fromShort(1)}}).errorNumber(), 449);
+    EXPECT_EQ(callNamed(r.get(), L"GetVar", {}, {{L"nIndex", Variant::fromShort(1)}, {L"nIndex", text(L"x")}})
+                  .errorNumber(),
+              448);
+    // As VBA calls them: an omitted by-reference parameter with a default behind a named one.
+    auto helper = vxtest::createObject(CLSID_Ds_MyVaribleFunction);
+    auto equal = callNamed(helper.get(), L"IsEqute", {Variant::fromBool(true)}, {{L"ValueB", text(L"TRUE")}});
+    ASSERT_EQ(equal.errorNumber(), 0);
+    EXPECT_EQ(V_BOOL(equal.value.get()), VARIANT_TRUE);
+    auto reg = vxtest::createObject(CLSID_clsReg);
+    auto read = callNamed(reg.get(), L"ReadString", {Variant::fromLong(static_cast<LONG>(0x80000001u))},
+                          {{L"sName", text(L"none")}, {L"SubKey", text(L"Software\\Vx_Main no such key")}});
+    ASSERT_EQ(read.errorNumber(), 0);
+    EXPECT_EQ(textOf(read.value), L"");  // the default of sDefault, as if it had been passed
+}
+
+TEST(CallArguments, NaNAndTheInfinitiesAreNoCount) {
+    // Whole-number parameters, by value or by reference, and a Variant count the member
+    // converts itself: error 6, never 2147483647 (2^31 yields).
+    const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+    auto r = Recorder::create();
+    for (double d : {nan, inf, -inf}) {
+        EXPECT_EQ(call(r.get(), L"IsKey", {Variant::fromDouble(d)}).errorNumber(), 6);
+        Variant variable = Variant::fromDouble(d);
+        EXPECT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::missing(), Variant::missing(), byRef(variable)})
+                      .errorNumber(),
+                  6);
+        EXPECT_EQ(call(r.get(), L"GetVar", {text(L"a"), Variant::missing(), Variant::missing(), Variant::fromDate(d)})
+                      .errorNumber(),
+                  6);
+    }
+    EXPECT_EQ(r->key, 0);
+    EXPECT_EQ(r->mode, 0) << "the member ran";
+    auto finder = vxtest::createObject(CLSID_Ds_EnumChid);
+    EXPECT_EQ(call(finder.get(), L"WaitDoEvents", {Variant::missing(), Variant::fromDouble(nan)}).errorNumber(), 6);
+    EXPECT_EQ(call(finder.get(), L"WaitDoEvents", {Variant::fromDouble(inf)}).errorNumber(), 6);
+    EXPECT_EQ(call(r.get(), L"IsKey", {Variant::fromDouble(2.5)}).errorNumber(), 0);
+    EXPECT_EQ(r->key, 2);
+}
+
+TEST(CallArguments, AnObjectOfAnotherKindIsATypeMismatch) {
+    // cRegEnumValue.Add takes a key list and a value list; Nothing is accepted.
+    auto keys = vxtest::createObject(CLSID_cRegKeys);
+    auto values = vxtest::createObject(CLSID_cRegValues);
+    auto lists = vxtest::createObject(CLSID_cRegEnumValue);
+    auto other = vxtest::createObject(CLSID_Ds_Calendar);
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(other.get()), Variant::fromDispatch(values.get()),
+                                         text(L"a")})
+                  .errorNumber(),
+              13);
+    Variant variable = Variant::fromDispatch(other.get());
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(keys.get()), byRef(variable), text(L"b")}).errorNumber(),
+              13);
+    EXPECT_EQ(call(lists.get(), L"Add", {Variant::fromDispatch(keys.get()), Variant::fromDispatch(nullptr), text(L"c")})
+                  .errorNumber(),
+              0);
+    EXPECT_EQ(vxtest::longOf(vxtest::get(lists.get(), L"Count").value), 1);
+}
+
+TEST(CallArguments, AFailedCallHasNoResult) {
+    // Not the empty text a type info makes of the null text a failed member leaves.
+    auto calendar = vxtest::createObject(CLSID_Ds_Calendar);
+    auto failed = call(calendar.get(), L"ShamsiDate", {text(L"no date")});
+    EXPECT_EQ(failed.errorNumber(), 13);
+    EXPECT_EQ(failed.value.type(), VT_EMPTY);
+    auto refused = call(calendar.get(), L"MiladyDate", {text(L"1385/05/12"), text(L"not a Boolean")});
+    EXPECT_EQ(refused.errorNumber(), 13);
+    EXPECT_EQ(refused.value.type(), VT_EMPTY);
 }

@@ -2,6 +2,7 @@
 // early-bound interface. What a late-bound host sees is in tests/host/collections.vbs.
 #include "core/collections/KeyedCollection.h"
 
+#include "AllocationFailure.h"
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
@@ -76,4 +77,27 @@ TEST(ListCollection, EarlyBoundCallsGetTheSameResultsAndErrors) {
     ComPtr<ISupportErrorInfo> sei = list.query<ISupportErrorInfo>();
     ASSERT_TRUE(sei);
     EXPECT_EQ(sei->InterfaceSupportsErrorInfo(__uuidof(_Ds_ListCollection)), S_OK);
+}
+
+TEST(KeyedCollection, AnAdditionThatRunsOutOfMemoryLeavesNoTrace) {
+    // Each allocation of an addition fails in turn: the item is then in the collection
+    // with its key, or not at all.
+    const std::wstring key = L"a key longer than any short-text buffer";
+    for (std::size_t allowed = 0; allowed < 16; ++allowed) {
+        KeyedCollection<std::wstring> c;
+        c.add(L"first", L"one");
+        bool added = true;
+        try {
+            vxtest::FailingAllocations failing(allowed);
+            c.add(L"second value, long enough to be allocated", key);
+        } catch (const std::bad_alloc&) {
+            added = false;
+        }
+        EXPECT_EQ(c.count(), added ? 2 : 1) << allowed;
+        EXPECT_EQ(c.contains(key), added) << allowed;
+        if (!added) {
+            c.add(L"again", key);  // the key is free, and the next addition works
+            EXPECT_EQ(c.find(key), L"again");
+        }
+    }
 }

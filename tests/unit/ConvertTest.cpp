@@ -8,6 +8,8 @@
 #include "TestSupport.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 #include <cstring>
 
 using namespace vx;
@@ -27,6 +29,23 @@ TEST(Convert, IntegersRoundHalfToEvenAndOverflowIsErrorSix) {
     EXPECT_RUNTIME_ERROR(toInt16(*Variant::fromLong(40000)), 6);
     EXPECT_RUNTIME_ERROR(toInt32(*Variant::fromDouble(2147483647.5)), 6);
     EXPECT_RUNTIME_ERROR(toInt32(*Variant::fromText(L"99999999999")), 6);
+}
+
+TEST(Convert, NaNAndTheInfinitiesAreNoWholeNumber) {
+    // The platform's conversion may give NaN as 2147483647: a count of 2^31 steps.
+    const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
+    for (double d : {nan, inf, -inf}) {
+        EXPECT_RUNTIME_ERROR(toInt32(*Variant::fromDouble(d)), 6);
+        EXPECT_RUNTIME_ERROR(toInt16(*Variant::fromDouble(d)), 6);
+        EXPECT_RUNTIME_ERROR(roundToInt32(d * 1000.0), 6);
+        EXPECT_RUNTIME_ERROR(toDate(*Variant::fromDouble(d)), 6);
+        Variant single;
+        V_VT(single.get()) = VT_R4;
+        V_R4(single.get()) = static_cast<float>(d);
+        EXPECT_RUNTIME_ERROR(changeType(*vxtest::byRef(single), VT_UI1), 6);
+        EXPECT_TRUE(std::isnan(toDouble(*Variant::fromDouble(d))) || std::isinf(toDouble(*Variant::fromDouble(d))));
+    }
+    EXPECT_TRUE(toBool(*Variant::fromDouble(nan)));
 }
 
 TEST(Convert, TypeMismatchNullAndObjects) {

@@ -1,8 +1,10 @@
 // The error boundary: whatever a member throws becomes an HRESULT and an IErrorInfo;
 // nothing crosses into the host.
 #include "core/dispatch/ErrorBoundary.h"
+#include "core/dispatch/DispatchObject.h"
 #include "core/runtime/Errors.h"
 
+#include "AllocationFailure.h"
 #include "TestSupport.h"
 
 #include <new>
@@ -59,4 +61,22 @@ TEST(ErrorBoundary, SkippedStatementsSwallowRuntimeErrorsOnly) {
     EXPECT_FALSE(tryStatement([&] { throw ComError(E_FAIL); }));
     EXPECT_EQ(reached, 1);
     EXPECT_THROW(tryStatement([] { throw std::bad_alloc(); }), std::bad_alloc);
+}
+
+TEST(ErrorBoundary, OutOfMemoryIsReportedWithoutAllocating) {
+    HRESULT hr = S_OK;
+    {
+        vxtest::FailingAllocations none;
+        hr = guard(IID_IDispatch, [] { throw std::bad_alloc(); });
+    }
+    EXPECT_EQ(hr, runtimeHresult(7));
+    EXPECT_EQ(lastError().hr, runtimeHresult(7));
+    // A host still reads the runtime's text for it.
+    EXCEPINFO ei{};
+    EXPECT_EQ(finishInvoke(hr, &ei), DISP_E_EXCEPTION);
+    EXPECT_EQ(ei.scode, runtimeHresult(7));
+    EXPECT_EQ(std::wstring(ei.bstrDescription ? ei.bstrDescription : L""), L"Out of memory");
+    EXPECT_EQ(std::wstring(ei.bstrSource ? ei.bstrSource : L""), L"Vx_Main");
+    SysFreeString(ei.bstrSource);
+    SysFreeString(ei.bstrDescription);
 }

@@ -49,6 +49,14 @@ std::wstring nameOf(ITypeInfo* ti, MEMBERID id) {
     return r;
 }
 
+std::wstring helpOf(ITypeInfo* ti, MEMBERID id) {
+    BSTR doc = nullptr;
+    ti->GetDocumentation(id, nullptr, &doc, nullptr, nullptr);
+    std::wstring r = doc ? doc : L"";
+    SysFreeString(doc);
+    return r;
+}
+
 // The variables of a type: an enumeration's members with their values, or a record's
 // fields with their offsets (and types, and the record's size).
 struct Variables {
@@ -156,10 +164,7 @@ TEST(TypeLibrary, EnumerationValuesCarryTheirOwnHelpStrings) {
         for (UINT i = 0; i < attr->cVars; ++i) {
             VARDESC* vd = nullptr;
             ASSERT_EQ(ti->GetVarDesc(i, &vd), S_OK);
-            BSTR help = nullptr;
-            ti->GetDocumentation(vd->memid, nullptr, &help, nullptr, nullptr);
-            const std::wstring text = help ? help : L"";
-            SysFreeString(help);
+            const std::wstring text = helpOf(ti.get(), vd->memid);
             if (nameOf(ti.get(), vd->memid) == e.member) {
                 found = true;
                 EXPECT_EQ(text.rfind(e.begins, 0), 0u) << e.member;
@@ -303,4 +308,21 @@ TEST(TypeLibrary, AddParametersAreOptionalWithTheirDefaults) {
         EXPECT_EQ(fd->lprgelemdescParam[i].tdesc.vt, VT_VARIANT) << i;
     }
     list->ReleaseFuncDesc(fd);
+}
+
+TEST(TypeLibrary, TheCachesKeepWhatWasReadButNoFailure) {
+    // What the library, the interfaces' type infos and their call plans are kept in: a
+    // failed first read (a library that could not be loaded yet) is tried again.
+    static int* volatile slot = nullptr;
+    int value = 7, other = 8, made = 0, discarded = 0;
+    auto discard = [&](int*) { ++discarded; };
+    EXPECT_EQ(keptOnceMade(slot, [&]() -> int* { ++made; return nullptr; }, discard), nullptr);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &value; }, discard), &value);
+    EXPECT_EQ(keptOnceMade(slot, [&] { ++made; return &other; }, discard), &value);
+    EXPECT_EQ(made, 2);
+    EXPECT_EQ(discarded, 0);
+    // A value made meanwhile by another thread wins; the late one is discarded.
+    static int* volatile raced = nullptr;
+    EXPECT_EQ(keptOnceMade(raced, [&] { raced = &value; return &other; }, discard), &value);
+    EXPECT_EQ(discarded, 1);
 }

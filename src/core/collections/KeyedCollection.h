@@ -32,11 +32,14 @@ public:
 
     void add(T value) { items_.push_back(std::make_unique<Entry>(Entry{std::move(value), {}, false})); }
 
+    // An addition that fails (a key in use, or no memory) leaves the collection as it was.
     void add(T value, std::wstring_view key) {
         std::wstring folded = foldCase(key);
         if (byKey_.count(folded)) raise(err::DuplicateKey);
-        items_.push_back(std::make_unique<Entry>(Entry{std::move(value), folded, true}));
-        byKey_.emplace(std::move(folded), items_.back().get());
+        auto entry = std::make_unique<Entry>(Entry{std::move(value), folded, true});
+        if (items_.size() == items_.capacity()) items_.reserve(items_.size() * 2 + 4);  // the append cannot fail then
+        byKey_.emplace(std::move(folded), entry.get());
+        items_.push_back(std::move(entry));
     }
 
     const T& at(long position) const { return items_[slot(position)]->value; }

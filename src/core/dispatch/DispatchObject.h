@@ -28,48 +28,72 @@ namespace vx {
 // DISP_E_EXCEPTION with its code and text in the EXCEPINFO.
 HRESULT finishInvoke(HRESULT hr, EXCEPINFO* excepInfo) noexcept;
 
-// The by-reference parameters of an interface's members, read once from its type info:
-// what CallArguments needs to know.
+// The members of an interface as a call needs them, read once from its type info.
 class CallPlan {
 public:
-    explicit CallPlan(ITypeInfo* interfaceInfo) noexcept;
+    // The plan of an interface (the interface part of a dual one); null when its type
+    // info cannot be read.
+    static CallPlan* read(ITypeInfo* interfaceInfo) noexcept;
 
     struct Param {
-        VARTYPE pointee = VT_EMPTY;  // a by-reference parameter's type; VT_EMPTY for the others
+        VARTYPE type = VT_EMPTY;  // enumerations and aliases resolved; a reference's: what it points to
+        bool byRef = false;
+        bool optional = false;    // may be left out (optional, or with a default)
         bool hasDefault = false;
         Variant defaultValue;
+        GUID object = GUID_NULL;  // an object's declared interface (type VT_DISPATCH or VT_UNKNOWN)
+        ComPtr<IRecordInfo> record;  // a record's description (type VT_RECORD)
+        // The type a completion stores a by-reference value of, or VT_EMPTY.
+        VARTYPE completable() const noexcept;
     };
     struct Member {
-        DISPID id;
-        INVOKEKIND kind;
+        DISPID id = DISPID_UNKNOWN;
+        INVOKEKIND kind = INVOKE_FUNC;
         std::vector<Param> params;  // the parameters a caller passes, in order
+        Param result;               // the [out, retval] parameter, if any (type VT_EMPTY if not)
+        SHORT vtableOffset = 0;
+        CALLCONV callConvention = CC_STDCALL;
+        // Takes or returns a record: called by the dispatch base itself (a type info's
+        // Invoke may have no records: Wine's has none).
+        bool records = false;
+        // A property assignment: the last parameter is the value, passed as the named
+        // argument DISPID_PROPERTYPUT.
+        bool assignment() const noexcept { return kind == INVOKE_PROPERTYPUT || kind == INVOKE_PROPERTYPUTREF; }
     };
-    // The member called by id with these dispatch flags, if it has by-reference parameters.
+    // The member a call by id with these dispatch flags reaches (the first in interface
+    // order whose kind the flags include), or null.
     const Member* find(DISPID id, WORD flags) const noexcept;
 
 private:
+    CallPlan() = default;
     std::vector<Member> members_;
 };
 
-// The arguments of a call, completed where a type info's Invoke falls short
-// of what hosts expect: an omitted by-reference parameter that declares a default gets
-// that default as a reference to a value of the parameter's type (a type info may pass the
-// default by value where the member expects a pointer), and a host variable passed to a
-// typed by-reference parameter (scripts pass every variable as a reference to a Variant)
-// gets a reference to its value in that type, written back to the variable when the
-// member changes it. Everything else is left to the type info.
+// The arguments of a call, checked and completed where a type info's Invoke falls short
+// of what hosts expect: a call passes no more arguments than the member takes (a type
+// info would pass the surplus on to the object a property returns); an omitted
+// by-reference parameter that declares a default gets that default as a reference to a
+// value of the parameter's type (a type info may pass the default by value where the
+// member expects a pointer), whether the call names its arguments or not; and a host variable passed to a typed by-reference
+// parameter (scripts pass every variable as a reference to a Variant) gets a reference
+// to its value in that type, written back to the variable when the member changes it.
+// Arguments by name are put in their parameters' places. Everything else is left to the
+// type info. The caller's own arguments are lent to the call and handed back after it,
+// as the call left them.
 class CallArguments {
 public:
     CallArguments() = default;
     CallArguments(const CallArguments&) = delete;
     CallArguments& operator=(const CallArguments&) = delete;
 
-    // The parameters to pass: params itself, or a completed copy that lives as long as this.
-    DISPPARAMS* complete(const CallPlan& plan, DISPID id, WORD flags, DISPPARAMS* params) noexcept;
-    // After the call: writes changed typed references back to the host's variables, and
-    // hands an argument position the type info reported (if it did) to the caller as the
-    // caller's own.
     static constexpr UINT noPosition = 0xFFFFFFFFu;
+    // Checks and completes params for member. On success *out holds the parameters to
+    // pass (they live as long as this); a failure is the HRESULT to hand to the host,
+    // with *position the caller's argument at fault (or noPosition).
+    HRESULT complete(const CallPlan::Member& member, DISPPARAMS* params, DISPPARAMS** out, UINT* position) noexcept;
+    // After the call: hands the lent arguments back, writes changed typed references back
+    // to the host's variables, and turns an argument position the type info reported (in
+    // the completed arguments) into the caller's own, when there is one.
     void finish(UINT position, UINT* argErr) noexcept;
 
 private:
@@ -79,12 +103,17 @@ private:
         Variant before;
     };
     std::vector<VARIANT> args_;
+    std::vector<UINT> origin_;  // for each of args_, the caller's argument it is, or noPosition
     std::vector<Variant> values_;
     std::vector<WriteBack> writeBacks_;
+    DISPPARAMS* caller_ = nullptr;
+    DISPID putId_ = DISPID_PROPERTYPUT;
     DISPPARAMS completed_{};
-    UINT added_ = 0;  // positional arguments added for omitted ones
-    UINT named_ = 0;  // 1 for a property assignment's value
 };
+
+// IDispatch::Invoke of an object whose interface the type info and plan describe.
+HRESULT invokeMember(ITypeInfo* info, const CallPlan* plan, IUnknown* object, DISPID id, WORD flags,
+                     DISPPARAMS* params, VARIANT* result, EXCEPINFO* excepInfo, UINT* argErr) noexcept;
 
 template <class Derived, class Interface>
 class DispatchObject : public Interface, public ISupportErrorInfo, public IProvideClassInfo {
@@ -152,16 +181,10 @@ public:
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID riid, LCID, WORD flags, DISPPARAMS* params, VARIANT* result,
                                      EXCEPINFO* excepInfo, UINT* argErr) override {
         if (!IsEqualIID(riid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
-        ITypeInfo* ti = interfaceInfo();
-        if (!ti) return E_UNEXPECTED;
         clearLastError();
         ComPtr<Derived> keepAlive(static_cast<Derived*>(this));  // a member may drop the host's last reference
-        CallArguments args;
-        UINT position = CallArguments::noPosition;
-        HRESULT hr = ti->Invoke(static_cast<Interface*>(this), id, flags, args.complete(callPlan(), id, flags, params),
-                                result, excepInfo, &position);
-        args.finish(position, argErr);
-        return finishInvoke(hr, excepInfo);
+        return invokeMember(interfaceInfo(), callPlan(), static_cast<Interface*>(this), id, flags, params, result,
+                            excepInfo, argErr);
     }
 
     // ISupportErrorInfo
@@ -213,13 +236,14 @@ protected:
     }
 
 private:
+    // Read on first use and kept for the module's life (a failure is not kept).
     static ITypeInfo* interfaceInfo() noexcept {
-        static ITypeInfo* const info = typeInfoOf(__uuidof(Interface));  // kept for the module's life
-        return info;
+        static ITypeInfo* volatile info = nullptr;
+        return keptOnceMade(info, [] { return typeInfoOf(__uuidof(Interface)); }, [](ITypeInfo* ti) { ti->Release(); });
     }
-    static const CallPlan& callPlan() noexcept {
-        static const CallPlan plan(interfaceInfo());
-        return plan;
+    static const CallPlan* callPlan() noexcept {
+        static CallPlan* volatile plan = nullptr;
+        return keptOnceMade(plan, [] { return CallPlan::read(interfaceInfo()); }, [](CallPlan* p) { delete p; });
     }
 
     volatile LONG refs_ = 1;

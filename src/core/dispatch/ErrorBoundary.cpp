@@ -11,7 +11,15 @@ namespace vx {
 namespace {
 thread_local LastError last;
 const wchar_t kSource[] = L"Vx_Main";
+const wchar_t kOutOfMemory[] = L"Out of memory";
 }  // namespace
+
+const wchar_t* LastError::descriptionText() const noexcept {
+    if (description.empty() && hr == runtimeHresult(err::OutOfMemory)) return kOutOfMemory;
+    return description.c_str();
+}
+
+const wchar_t* LastError::sourceText() const noexcept { return source.empty() ? kSource : source.c_str(); }
 
 const LastError& lastError() noexcept { return last; }
 
@@ -27,7 +35,9 @@ HRESULT reportError(REFIID iid, HRESULT hr, const std::wstring& description, con
         last.description = description;
         last.source = source;
     } catch (...) {
-        last.hr = hr;
+        last.hr = hr;  // without texts of an earlier error
+        last.description.clear();
+        last.source.clear();
     }
     ICreateErrorInfo* create = nullptr;
     if (SUCCEEDED(CreateErrorInfo(&create))) {
@@ -60,7 +70,13 @@ HRESULT reportCurrentException(REFIID iid) noexcept {
             return e.hresult();
         }
     } catch (const std::bad_alloc&) {
-        return reportError(iid, runtimeHresult(err::OutOfMemory), L"Out of memory", kSource);
+        // Nothing more may be allocated here: no texts are kept (the report supplies the
+        // runtime's own), and the thread's error info is cleared rather than made.
+        last.hr = runtimeHresult(err::OutOfMemory);
+        last.description.clear();
+        last.source.clear();
+        SetErrorInfo(0, nullptr);
+        return last.hr;
     } catch (...) {
         return reportError(iid, runtimeHresult(err::InternalError), L"Internal error", kSource);
     }

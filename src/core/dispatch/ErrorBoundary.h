@@ -23,6 +23,10 @@ struct LastError {
     HRESULT hr = S_OK;
     std::wstring description;
     std::wstring source;
+    // The texts to report: the runtime's own for an error that came without one (out of
+    // memory is reported without allocating), and the library as the source.
+    const wchar_t* descriptionText() const noexcept;
+    const wchar_t* sourceText() const noexcept;
 };
 const LastError& lastError() noexcept;
 void clearLastError() noexcept;

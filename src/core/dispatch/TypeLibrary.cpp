@@ -7,14 +7,19 @@
 namespace vx {
 
 ITypeLib* typeLibrary() noexcept {
-    // Loaded on first use and kept for the life of the module.
-    static ITypeLib* const library = []() -> ITypeLib* {
-        ITypeLib* tl = nullptr;
-        std::wstring path = module::path();
-        if (FAILED(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &tl))) return nullptr;
-        return tl;
-    }();
-    return library;
+    static ITypeLib* volatile library = nullptr;
+    return keptOnceMade(
+        library,
+        []() -> ITypeLib* {
+            ITypeLib* tl = nullptr;
+            try {
+                if (FAILED(LoadTypeLibEx(module::path().c_str(), REGKIND_NONE, &tl))) return nullptr;
+            } catch (...) {
+                return nullptr;
+            }
+            return tl;
+        },
+        [](ITypeLib* tl) { tl->Release(); });
 }
 
 ITypeInfo* typeInfoOf(REFGUID guid) noexcept {

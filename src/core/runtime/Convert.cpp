@@ -24,9 +24,38 @@ void precheck(const VARIANT& d) {
 
 }  // namespace
 
+bool nonFiniteToWhole(const VARIANT& v, VARTYPE type) noexcept {
+    switch (type) {
+    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_INT:
+    case VT_UI1: case VT_UI2: case VT_UI4: case VT_UI8: case VT_UINT:
+    case VT_CY: case VT_DATE: case VT_DECIMAL:
+        break;
+    default:
+        return false;
+    }
+    const VARIANT& d = deref(v);
+    const bool byRef = (V_VT(&d) & VT_BYREF) != 0;
+    double value = 0;
+    switch (V_VT(&d) & ~VT_BYREF) {
+    case VT_R4:
+        if (byRef && !V_R4REF(&d)) return false;
+        value = byRef ? *V_R4REF(&d) : V_R4(&d);
+        break;
+    case VT_R8:
+    case VT_DATE:  // a date is a double too
+        if (byRef && !V_R8REF(&d)) return false;
+        value = byRef ? *V_R8REF(&d) : V_R8(&d);
+        break;
+    default:
+        return false;
+    }
+    return !std::isfinite(value);
+}
+
 Variant changeType(const VARIANT& v, VARTYPE type) {
     const VARIANT& d = deref(v);
     precheck(d);
+    if (nonFiniteToWhole(d, type)) raise(err::Overflow);
     // An object converts as its default value.
     if (isObject(d)) return changeType(*letValue(d), type);
     Variant out;

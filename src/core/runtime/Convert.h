@@ -26,6 +26,11 @@ int32_t roundToInt32(double d);
 // Converts to the given variant type with the runtime's errors.
 Variant changeType(const VARIANT& v, VARTYPE type);
 
+// Whether a conversion of v to type would have to make a whole number (or a date) of
+// NaN or an infinity: an overflow (error 6), which the platform's conversion may miss
+// (Wine's gives NaN as 2147483647).
+bool nonFiniteToWhole(const VARIANT& v, VARTYPE type) noexcept;
+
 // Reads text as a date with the locale's date parser, except that a text whose first
 // field has four digits is always year, month, day ("1385/05/12", "2006-8-3 9:05"),
 // whatever the locale's order. Not a date: error 13.

@@ -57,6 +57,30 @@ std::wstring runtimeErrorText(int number) {
     }
 }
 
+int runtimeErrorNumber(HRESULT hr) noexcept {
+    if (HRESULT_FACILITY(hr) == FACILITY_CONTROL) return HRESULT_CODE(hr);
+    switch (hr) {
+    case DISP_E_MEMBERNOTFOUND:
+    case DISP_E_UNKNOWNNAME: return err::NotSupported;
+    case DISP_E_PARAMNOTFOUND: return err::NamedArgumentNotFound;
+    case DISP_E_TYPEMISMATCH: return err::TypeMismatch;
+    case DISP_E_NONAMEDARGS: return 446;
+    case DISP_E_BADVARTYPE: return 458;
+    case DISP_E_OVERFLOW: return err::Overflow;
+    case DISP_E_BADINDEX: return err::SubscriptOutOfRange;
+    case DISP_E_UNKNOWNLCID: return 447;
+    case DISP_E_ARRAYISLOCKED: return 10;
+    case DISP_E_BADPARAMCOUNT: return err::WrongArgumentCount;
+    case DISP_E_PARAMNOTOPTIONAL: return err::ArgumentNotOptional;
+    case DISP_E_NOTACOLLECTION: return 451;
+    case DISP_E_DIVBYZERO: return err::DivisionByZero;
+    case E_OUTOFMEMORY: return err::OutOfMemory;
+    case E_INVALIDARG: return err::InvalidCall;
+    case E_NOINTERFACE: return 430;
+    default: return 0;
+    }
+}
+
 void raise(int number) { throw RuntimeError(number); }
 
 void check(HRESULT hr) {

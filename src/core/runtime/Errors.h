@@ -39,6 +39,12 @@ constexpr HRESULT runtimeHresult(int number) {
     return static_cast<HRESULT>(0x800A0000u | (static_cast<unsigned>(number) & 0xFFFFu));
 }
 
+// The runtime error number a host's Err.Number shows for a failure HRESULT: the number a
+// runtime error (FACILITY_CONTROL) carries, or the runtime's own error for the dispatch and
+// common failures it knows (DISP_E_DIVBYZERO is 11, DISP_E_MEMBERNOTFOUND 438 ...); 0 for
+// any other HRESULT, which a host sees as the HRESULT itself.
+int runtimeErrorNumber(HRESULT hr) noexcept;
+
 // The runtime's usual description of an error number ("Overflow", "Type mismatch", ...).
 std::wstring runtimeErrorText(int number);
 

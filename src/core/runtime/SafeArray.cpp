@@ -1,5 +1,6 @@
 #include "core/runtime/SafeArray.h"
 
+#include "core/runtime/ComPtr.h"
 #include "core/runtime/Errors.h"
 
 #include <cstring>
@@ -43,12 +44,19 @@ Variant ArrayView::element(LONG* indices, long count) const {
     if (!sa_ || dimensions() != count) raise(err::SubscriptOutOfRange);
     void* p = nullptr;
     if (FAILED(SafeArrayPtrOfIndex(sa_, indices, &p))) raise(err::SubscriptOutOfRange);
-    // A reference to the element, copied out as a value.
+    // A reference to the element, copied out as a value; a record's comes with the
+    // array's description of it.
     VARIANT ref;
     VariantInit(&ref);
+    ComPtr<IRecordInfo> record;
     if (elementType_ == VT_VARIANT) {
         V_VT(&ref) = VT_BYREF | VT_VARIANT;
         V_VARIANTREF(&ref) = static_cast<VARIANT*>(p);
+    } else if (elementType_ == VT_RECORD) {
+        if (FAILED(SafeArrayGetRecordInfo(sa_, record.put())) || !record) raise(err::TypeMismatch);
+        V_VT(&ref) = VT_BYREF | VT_RECORD;
+        V_RECORD(&ref) = p;
+        V_RECORDINFO(&ref) = record.get();
     } else {
         V_VT(&ref) = static_cast<VARTYPE>(VT_BYREF | elementType_);
         V_BYREF(&ref) = p;

@@ -3,7 +3,9 @@
 #include "core/collections/DataCollection.h"
 #include "core/collections/ListCollection.h"
 #include "core/dispatch/TypeLibrary.h"
+#include "core/latebound/SetValueObject.h"
 #include "core/runtime/ComPtr.h"
+#include "desktop/Clipboard.h"
 #include "desktop/ENumAction.h"
 #include "desktop/EnumChid.h"
 #include "desktop/ListChild.h"
@@ -48,6 +50,7 @@ const ClassEntry roster[] = {
     classLine<RegValues>(),
     classLine<RegEnumKeyList>(),
     classLine<RegEnumValueList>(),
+    classLine<SetValueObject>(),
     classLine<Calendar>(),
     classLine<AlphaMoney>(),
     classLine<MyVaribleFunction>(),
@@ -55,6 +58,7 @@ const ClassEntry roster[] = {
     classLine<EnumChid>(),
     classLine<ENumAction>(),
     classLine<ListChild>(),
+    classLine<Clipboard>(),
     classLine<Launcher>(),
     classLine<SystemProcess>(),
     classLine<VolumeSetting>(),
