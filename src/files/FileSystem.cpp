@@ -109,7 +109,11 @@ std::wstring sizeText(double size, std::wstring_view mask) {
     if (size >= 0 && size <= 1023) return toText(*Variant::fromDouble(size)) + L" bytes";
     if (size >= 1024 && size <= 1048575) return formatted(size / 1024, L"###0") + L" KB";
     if (size >= 1048576 && size <= 1073741823) return formatted(size / std::pow(1024.0, 2), L"###0.0") + L" MB";
-    if (size > 1073741823 && std::isfinite(size)) return formatted(size / std::pow(1024.0, 3), L"###0.0") + L" GB";
+    // Sizes of the GB band up to the largest the number formatting takes whole (a Decimal's
+    // 29 digits); larger ones are no size a file can have, and overflow.
+    constexpr double kLargestSize = 7.9e28;
+    if (size > kLargestSize) raise(err::Overflow);
+    if (size > 1073741823) return formatted(size / std::pow(1024.0, 3), L"###0.0") + L" GB";
     return {};
 }
 

@@ -145,6 +145,12 @@ CheckEqual "beyond the MB band", fs.GetInfoSizeByte(1073741823.5), "1.0 GB"
 CheckEqual "many GB", fs.GetInfoSizeByte(5 * 1073741824), "5.0 GB"
 CheckEqual "negative", fs.GetInfoSizeByte(-5), ""
 CheckEqual "between the bands", fs.GetInfoSizeByte(1023.5), ""
+CheckEqual "a size of 29 digits", Len(fs.GetInfoSizeByte(7.8E+28)), Len("72643844245437268755.9 GB")
+On Error Resume Next
+x = fs.GetInfoSizeByte(1E+300)
+CheckError "a size no file can have", Err.Number, 6
+Err.Clear
+On Error GoTo 0
 f1 = work & "\ten.bin"
 WriteText f1, "0123456789"
 CheckEqual "a file's size", fs.FormatFileSize(f1), "10 bytes"

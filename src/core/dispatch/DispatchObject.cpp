@@ -272,9 +272,12 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         const UINT at = source[i];
         const VARTYPE type = p.completable();
         if (type == VT_EMPTY) return Pass;
-        if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
+        if (at == noPosition) return p.hasDefault ? Default : Pass;
+        // A missing-argument marker passed for a Variant the member may write into is
+        // passed as a copy of the marker: nothing the member writes is converted back.
+        if (omitted(params->rgvarg[at])) return p.hasDefault ? Default : type == VT_VARIANT ? Copied : Pass;
         const VARIANT& arg = params->rgvarg[at];
-        if (type == VT_VARIANT) return Pass;
+        if (type == VT_VARIANT) return V_VT(&arg) & VT_BYREF ? Pass : Copied;
         if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg)) return Typed;
         if (!(V_VT(&arg) & VT_BYREF) && V_VT(&arg) != type) return Copied;
         return Pass;
