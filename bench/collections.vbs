@@ -26,8 +26,18 @@ Function TimeDictionary(n)
     TimeDictionary = Since(t)
 End Function
 
-Dim small, large
+' The best of two runs each, taking turns, so that a change in the machine's load meets
+' both; the ten-fold run is made once (it takes ten times as long).
+Function Least(a, b)
+    Least = a
+    If b < a Then Least = b
+End Function
+
+Dim small, theirs, large
 small = TimeList(100000)
-Report "Ds_ListCollection Add and keyed Item, 100,000 records / Dictionary", small, TimeDictionary(100000), 0.7
+theirs = TimeDictionary(100000)
+small = Least(small, TimeList(100000))
+theirs = Least(theirs, TimeDictionary(100000))
+Report "Ds_ListCollection Add and keyed Item, 100,000 records / Dictionary", small, theirs, 0.7
 large = TimeList(1000000)
 Report "Ds_ListCollection 1,000,000 records / 100,000 records", large, small, 11

@@ -36,8 +36,20 @@ function(vx_typelib idl name)
     DEPENDS ${PROJECT_SOURCE_DIR}/cmake/msxml6-tlb.idl
     COMMENT "Imported type library msxml6 (widl)"
     VERBATIM)
+  # The C++ files are written into fresh/ and replace the used ones only when their text
+  # changes, so that an edit that reaches only the type library (a help string) rebuilds
+  # no code.
+  set(cxx ${name}.h ${name}_i.c ${name}Enums.h)
+  list(TRANSFORM cxx PREPEND ${out}/fresh/ OUTPUT_VARIABLE fresh)
+  list(TRANSFORM cxx PREPEND ${out}/ OUTPUT_VARIABLE used)
   add_custom_command(
-    OUTPUT ${out}/${name}.tlb ${out}/${name}.h ${out}/${name}_i.c ${out}/${name}Enums.h
+    OUTPUT ${used}
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different ${fresh} ${out}
+    DEPENDS ${fresh}
+    VERBATIM)
+  add_custom_command(
+    OUTPUT ${out}/${name}.tlb ${fresh}
+    COMMAND ${CMAKE_COMMAND} -E make_directory ${out}/fresh
     COMMAND ${cpp} ${idl} -o ${out}/${name}.tlb.idl
     COMMAND ${cpp} -DVX_CPP_HEADER ${idl} -o ${out}/${name}.h.idl
     # widl warns of every non-zero default on a pointer parameter, which in a type library
@@ -46,9 +58,9 @@ function(vx_typelib idl name)
     COMMAND bash -c "set -o pipefail; \"$@\" 2>&1 | { grep -v 'non-null pointer default value' || true; }"
             widl ${widl} -t -o ${out}/${name}.tlb ${out}/${name}.tlb.idl
     COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${out}/${name}.tlb ${out}/${name}.tlb.idl
-    COMMAND ${widl} -h -o ${out}/${name}.h ${out}/${name}.h.idl
-    COMMAND ${widl} -u -o ${out}/${name}_i.c ${out}/${name}.h.idl
-    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl ${out}/${name}.tlb.idl ${out}/${name}Enums.h
+    COMMAND ${widl} -h -o ${out}/fresh/${name}.h ${out}/${name}.h.idl
+    COMMAND ${widl} -u -o ${out}/fresh/${name}_i.c ${out}/${name}.h.idl
+    COMMAND ${VX_PERL_EXE} ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl ${out}/${name}.tlb.idl ${out}/fresh/${name}Enums.h
     DEPENDS ${idl} ${ARG_DEPENDS} ${out}/msxml6.tlb ${PROJECT_SOURCE_DIR}/cmake/tlb-fixups.pl ${PROJECT_SOURCE_DIR}/cmake/enum-constants.pl
     COMMENT "Type library ${name} (widl)"
     VERBATIM)

@@ -32,10 +32,16 @@ sub cpp {
     return $value == -2**31 ? '(-2147483647 - 1)' : "$value";
 }
 
+# An attribute list ("[helpstring(...)]", "[custom(...)]"), whose texts may hold any
+# character; and an enumeration's body, up to the brace that ends it.
+my $quoted = qr/"(?:[^"\\]|\\.)*"/;
+my $attributes = qr/\[(?:[^\]"]|$quoted)*\]/;
+
 my @blocks;
 my %seen;
-while ($text =~ /typedef\s+(?:\[[^\]]*\]\s*)?enum\s+(\w+)\s*\{(.*?)\}\s*\1\s*;/sg) {
+while ($text =~ /typedef\s*(?:$attributes\s*)?enum\s+(\w+)\s*\{((?:[^}"]|$quoted)*)\}\s*\1\s*;/sg) {
     my ($name, $body) = ($1, $2);
+    $body =~ s/$attributes//g;                          # the values' help texts
     my @members;
     my $next = 0;
     for my $item (split /,/, $body) {

@@ -17,6 +17,12 @@
 #  3. A whole-number default of a Variant parameter that fits in 16 bits is an Integer,
 #     as the host language types its literals (widl writes a Long).
 #
+# and, for the enumerations:
+#
+#  4. Each enumeration value's help text, which VX_VALUE (see Vx_Main.idl) leaves as custom
+#     data under its own GUID because widl takes no help string on a value, becomes the
+#     value's help string, and that custom data goes.
+#
 # Each count is also worked out from the IDL the type library was made of, and the step
 # fails (removing the type library) when what it changed differs: a widl that writes the
 # library in another way must not turn these fixes silently into nothing.
@@ -32,12 +38,15 @@ my $idlFile = shift or die "usage: $0 file.tlb preprocessed.idl\n";
 # as a plain VARIANT or BSTR; and the whole-number defaults of Variant parameters that
 # change type (one of a plain VARIANT when it fits in 16 bits, widl writing a Long; any
 # on a VARIANT*, widl writing a Variant).
-my %expected = (predeclared => 0, references => 0, retyped => 0);
+use constant VALUE_HELP_GUID => '3226B188-6566-4400-B271-EF2947A04760';   # as VX_VALUE writes it
+my %expected = (predeclared => 0, references => 0, retyped => 0, helpstrings => 0);
 {
     open(my $in, '<', $idlFile) or die "$idlFile: $!\n";
     my $idl = do { local $/; <$in> };
     close $in;
     $expected{predeclared}++ while $idl =~ /\[[^\]]*\bappobject\b[^\]]*\]\s*coclass\b/g;
+    my $guid = VALUE_HELP_GUID;
+    $expected{helpstrings}++ while $idl =~ /\bcustom\(\s*"$guid"\s*,/g;
     while ($idl =~ /\[([^\]]*)\]\s*(VARIANT|BSTR)\b\s*(\*?)\s*\w+/g) {
         my ($attributes, $type, $pointer) = ($1, $2, $3);
         $expected{references}++ if !$pointer && $attributes =~ /\bout\b/ && $attributes !~ /\bretval\b/;
@@ -133,7 +142,89 @@ for my $off (@offsets) {
         $record += $length;
     }
 }
-my %done = (predeclared => $predeclared, references => $references, retyped => $retyped);
+
+# 4. The enumeration values' help texts. A value's record (36 bytes once it has custom
+# data) holds, after its value, the help context, the help string's offset in the string
+# table, a reserved word and the offset of its custom data in the custom-data directory,
+# whose entries (GUID offset, data offset, next entry) chain.
+use constant { TKIND_ENUM => 0, VT_BSTR => 8, NONE => 0xFFFFFFFF };
+my ($guidTab) = @{$segments[5]};
+my ($stringTab, $stringLength) = @{$segments[8]};
+my ($custData) = @{$segments[11]};
+my ($custDirectory) = @{$segments[12]};
+my $helpGuid = do {
+    my @p = split /-/, VALUE_HELP_GUID;
+    pack('V v v', hex($p[0]), hex($p[1]), hex($p[2])) . pack('H*', $p[3] . $p[4]);
+};
+# The strings already there, so that a text is stored once.
+my %stringAt;
+for (my $o = 0; $o + 2 <= $stringLength;) {
+    my ($n) = unpack('x' . ($stringTab + $o) . ' v', $data);
+    $stringAt{substr($data, $stringTab + $o + 2, $n)} //= $o;
+    $o += ($n + 5) & ~3;
+}
+my $added = '';
+my $helpstrings = 0;
+for my $off (@offsets) {
+    my $base = $tab + $off;
+    my ($kind, $memoffset) = unpack("x$base V2", $data);
+    next unless ($kind & 0xF) == TKIND_ENUM;
+    my ($elements) = unpack('x' . ($base + 0x18) . ' V', $data);
+    my $record = $memoffset + 4;
+    for (1 .. ($elements >> 16)) {
+        my ($info) = unpack("x$record V", $data);
+        my $length = $info & 0xFFFF;
+        if ($length >= 0x24) {
+            my ($entry) = unpack('x' . ($record + 0x20) . ' V', $data);
+            my $previous;                                    # the link to this entry
+            while ($entry != NONE) {
+                my $e = $custDirectory + $entry;
+                my ($guidAt, $valueAt, $next) = unpack("x$e V3", $data);
+                if (substr($data, $guidTab + $guidAt, 16) eq $helpGuid) {
+                    my ($vt, $n) = unpack('x' . ($custData + $valueAt) . ' v V', $data);
+                    die "$file: an enumeration value's help text is not a string\n" unless $vt == VT_BSTR;
+                    my $text = substr($data, $custData + $valueAt + 6, $n);
+                    die "$file: an enumeration value's help text is over 65535 bytes\n" if $n > 0xFFFF;
+                    unless (defined $stringAt{$text}) {
+                        $stringAt{$text} = $stringLength + length($added);
+                        my $size = ($n + 5) & ~3;
+                        $added .= pack('v', $n) . $text . ("\x57" x ($size - 2 - $n));
+                    }
+                    substr($data, $record + 0x18, 4) = pack('V', $stringAt{$text});
+                    substr($data, defined $previous ? $previous : $record + 0x20, 4) = pack('V', $next);
+                    $helpstrings++;
+                    last;
+                }
+                $previous = $e + 8;
+                $entry = $next;
+            }
+        }
+        $record += $length;
+    }
+}
+# The new strings go at the end of the string table; what lies after it in the file (the
+# later segments and the type infos' member records) moves by as many bytes.
+if (length $added) {
+    my $at = $stringTab + $stringLength;
+    my $shift = length $added;
+    for my $off (@offsets) {
+        my $m = $tab + $off + 4;
+        my ($memoffset) = unpack("x$m V", $data);
+        substr($data, $m, 4) = pack('V', $memoffset + $shift) if $memoffset != NONE && $memoffset >= $at;
+    }
+    for my $i (0 .. 14) {
+        my $d = $pos + 16 * $i;
+        my ($offset, $length) = unpack("x$d V2", $data);
+        if ($i == 8) {
+            substr($data, $d + 4, 4) = pack('V', $length + $shift);
+        } elsif ($offset != NONE && $offset >= $at) {
+            substr($data, $d, 4) = pack('V', $offset + $shift);
+        }
+    }
+    substr($data, $at, 0) = $added;
+}
+
+my %done = (predeclared => $predeclared, references => $references, retyped => $retyped, helpstrings => $helpstrings);
 my @differ = grep { $done{$_} != $expected{$_} } sort keys %expected;
 if (@differ) {
     close $fh;
@@ -143,5 +234,6 @@ if (@differ) {
 }
 seek($fh, 0, 0);
 print $fh $data;
+truncate($fh, length $data);
 close $fh;
-print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed, as the IDL implies\n";
+print "tlb-fixups: $predeclared application object(s) pre-declared, $references Variant or String parameter(s) made by-reference, $retyped default(s) typed, $helpstrings enumeration value help string(s) set, as the IDL implies\n";

@@ -263,6 +263,31 @@ mixer.SetVolume speakers, was                                ' as it was
 mixer.CloseMixer
 WScript.Echo ""
 
+' ---- Files and drives ----
+WScript.Echo "Ds_FileSystem: placeholders, folders, text files, searches, drives"
+Dim files, tmp, lines, text, i, found, drive
+Set files = CreateObject("Vx_Main.Ds_FileSystem")
+tmp = files.PathReplace("*MyTemp*") & "vx-tour"
+Show "the temp placeholder", files.PathReplace("*MyTemp*")
+files.NewDir tmp & "\notes"
+files.NewFile tmp & "\notes\list.txt", "first line" & vbCrLf & "second line", True
+files.NewFile tmp & "\notes\plain.txt", "one" & vbCrLf & "two" & vbCrLf & "three"
+lines = Array()
+If files.GetReadFile(tmp & "\notes\plain.txt", lines) Then
+    text = lines(0)
+    For i = 1 To UBound(lines)
+        text = text & ", " & lines(i)
+    Next
+    Show "lines read", UBound(lines) + 1 & ": " & text
+End If
+If files.GoFindFile(tmp, found, "*.txt") Then Show "found", found.CountFile & " files, " & found.SizeFile & " bytes"
+Show "sizes", files.GetInfoSizeByte(1536, "0.00") & " and " & files.GetInfoSizeByte(1023)
+Set drive = files.GoDrive
+Show "the system drive", drive.RootDrive & " " & drive.FileSystem & ", serial " & drive.SerialInfo
+files.ActionSHFile 3, tmp                                      ' FO_DELETE: the tour's own folder
+Show "folder left", files.IsDirX(tmp)
+WScript.Echo ""
+
 ' ---- Network ----
 WScript.Echo "Ds_Network: names, addresses, ping, services, and its error channel"
 Dim net, replies, report

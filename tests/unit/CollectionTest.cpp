@@ -50,6 +50,21 @@ TEST(KeyedCollection, RemoveAndClearFreeTheKeys) {
     EXPECT_EQ(c.find(L"b"), 5);
 }
 
+TEST(KeyedCollection, KeysStayFoundAsTheCollectionGrows) {
+    // The key index refers to the entries' own keys: growing the list and the index (and
+    // a refused key on the way) must leave every key finding its own item.
+    KeyedCollection<int> c;
+    for (int i = 0; i < 5000; ++i) c.add(i, L"Key" + std::to_wstring(i));
+    EXPECT_RUNTIME_ERROR(c.add(-1, L"KEY4999"), 457);
+    c.add(5000, L"\u00c9T\u00c9 Key");
+    EXPECT_EQ(c.count(), 5001);
+    for (int i = 0; i < 5000; i += 499) EXPECT_EQ(c.find(L"kEy" + std::to_wstring(i)), i);
+    EXPECT_EQ(c.find(L"\u00e9t\u00e9 KEY"), 5000);
+    c.removeAt(1);
+    EXPECT_FALSE(c.contains(L"key0"));
+    EXPECT_EQ(c.find(L"KEY4999"), 4999);
+}
+
 TEST(ListCollection, EarlyBoundCallsGetTheSameResultsAndErrors) {
     // A compiled host calls the vtable: errors arrive as HRESULTs with the runtime's text
     // in the thread's error info, and out parameters are cleared.

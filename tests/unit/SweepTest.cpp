@@ -33,7 +33,10 @@
 #include "network/NetworkService.h"
 #include "printing/Spooler.h"
 
+#include "FileTestSupport.h"
 #include "TestSupport.h"
+
+#include <optional>
 #include "Vx_Main.h"
 
 #include <cmath>
@@ -791,7 +794,23 @@ struct Producer {
     const wchar_t* from;
     const wchar_t* member;
     std::vector<Variant> args;
+    int intoArgument = -1;  // the product comes back in this by-reference argument, not as the result
+    bool shellBinding = false;  // made with a stand-in shell bound (the sweep's binding refuses all)
 };
+
+// The shell as a details object binds it (Shell.Application's NameSpace, a folder's
+// ParseName and GetDetailsOf), answering every column with the same text.
+BindingService standInShell() {
+    BindingService b = service<BindingService>();
+    b.createObject = [](const std::wstring&, IDispatch** object) -> HRESULT {
+        auto folder = vxtest::StandIn::make({{L"ParseName", vxtest::gives(Variant::fromText(L"item"))},
+                                     {L"GetDetailsOf", vxtest::gives(Variant::fromText(L"detail"))}});
+        auto shell = vxtest::StandIn::make({{L"NameSpace", vxtest::gives(folder->asVariant())}});
+        *object = shell.detach();
+        return S_OK;
+    };
+    return b;
+}
 std::vector<Producer> producers() {
     const Variant currentUser = Variant::fromLong(static_cast<LONG>(0x80000001u));
     return {
@@ -806,6 +825,12 @@ std::vector<Producer> producers() {
         {L"Ds_ListChild", L"Ds_EnumChid", L"EWinChild", {Variant::fromLong(0)}},
         {L"Ds_PrintJobs", L"Ds_Printer", L"EnumJobPrint", {Variant::fromText(kNeutralText)}},
         {L"Ds_PrintJob", L"Ds_PrintJobs", L"Add", {}},
+        // (searched, not listed: a listing reaches the scripting runtime, which the sweep's
+        // binding refuses)
+        {L"Ds_TypeFileSys", L"Ds_FileSystem", L"GoFindFile", {Variant::fromText(L"C:\\users"), Variant()}, 1},
+        {L"Ds_DriveInfo", L"Ds_FileSystem", L"GoDrive", {Variant::fromText(L"C:\\")}},
+        {L"Ds_RecycleBin", L"Ds_FileSystem", L"GoRecBin", {Variant::fromText(L"C:\\")}},
+        {L"Ds_TypeFileDetails", L"Ds_FileSystem", L"GetDetails", {Variant::fromText(L"C:\\folder\\file.txt")}, -1, true},
     };
 }
 
@@ -837,9 +862,20 @@ TEST(Sweep, EveryMemberTakesWhatAHostMayPassAndReleasesEverything) {
         }
         for (const Producer& p : producers()) {
             ASSERT_TRUE(objects.count(p.from)) << "make " << p.from << " before " << p.product;
-            auto made = vxtest::call(objects[p.from].get(), p.member, p.args);
-            objects[p.product] = vxtest::objectOf(made.value);
-            ASSERT_TRUE(objects[p.product]) << "no " << p.product << " from " << p.from << "." << p.member;
+            std::vector<Variant> args = p.args;
+            VARIANT returned;
+            VariantInit(&returned);
+            if (p.intoArgument >= 0) {
+                V_VT(args[p.intoArgument].put()) = VT_BYREF | VT_VARIANT;
+                V_VARIANTREF(args[p.intoArgument].get()) = &returned;
+            }
+            std::optional<ReplaceService<BindingService>> shell;
+            if (p.shellBinding) shell.emplace(standInShell());
+            auto made = vxtest::call(objects[p.from].get(), p.member, std::move(args));
+            shell.reset();
+            objects[p.product] = vxtest::objectOf(p.intoArgument >= 0 ? Variant::copyOf(returned) : made.value);
+            VariantClear(&returned);
+            ASSERT_TRUE(objects[p.product]) << "no " << p.product << " from " << p.from << "." << p.member << ": " << std::hex << made.hr;
         }
         for (const ClassInfo& c : classes)
             ASSERT_TRUE(objects.count(c.name)) << c.name << " is dependent: add its producer to the sweep";

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -34,12 +35,22 @@ public:
 
     // An addition that fails (a key in use, or no memory) leaves the collection as it was.
     void add(T value, std::wstring_view key) {
-        std::wstring folded = foldCase(key);
-        if (byKey_.count(folded)) raise(err::DuplicateKey);
-        auto entry = std::make_unique<Entry>(Entry{std::move(value), folded, true});
-        if (items_.size() == items_.capacity()) items_.reserve(items_.size() * 2 + 4);  // the append cannot fail then
-        byKey_.emplace(std::move(folded), entry.get());
-        items_.push_back(std::move(entry));
+        // The index refers to the entry's own copy of the folded key, which lives as long
+        // as the entry (entries never move): one copy of each key, and one lookup for the
+        // check and the insert.
+        items_.push_back(std::make_unique<Entry>(Entry{std::move(value), foldCase(key), true}));
+        Entry* entry = items_.back().get();
+        bool added = false;
+        try {
+            added = byKey_.emplace(std::wstring_view(entry->foldedKey), entry).second;
+        } catch (...) {
+            items_.pop_back();
+            throw;
+        }
+        if (!added) {
+            items_.pop_back();
+            raise(err::DuplicateKey);
+        }
     }
 
     const T& at(long position) const { return items_[slot(position)]->value; }
@@ -97,7 +108,7 @@ private:
     }  // the item is released here, with the collection already consistent
 
     std::vector<std::unique_ptr<Entry>> items_;
-    std::unordered_map<std::wstring, Entry*> byKey_;
+    std::unordered_map<std::wstring_view, Entry*> byKey_;
 };
 
 }  // namespace vx

@@ -12,6 +12,7 @@
 //   BSTR*          a Bstr (handed over), std::wstring, std::wstring_view or const wchar_t*
 //   VARIANT*       a Variant (handed over)
 //   VARIANT_BOOL*  a bool (True is -1)
+//   CY*            a CY (a currency: the value times 10000)
 //   numbers        a number of a type whose every value fits (int into LONG, not the reverse)
 //   I**            a ComPtr of I or of a class implementing I (handed over), or nullptr
 #include "core/dispatch/ErrorBoundary.h"
@@ -55,6 +56,12 @@ struct Out<BSTR> {
     static void fill(BSTR& out, std::wstring_view value) { out = Bstr(value).detach(); }
     static void fill(BSTR& out, const std::wstring& value) { out = Bstr(value).detach(); }
     static void fill(BSTR& out, const wchar_t* value) { out = Bstr(value ? value : L"").detach(); }
+};
+
+template <>
+struct Out<CY> {
+    static void clear(CY& out) noexcept { out.int64 = 0; }
+    static void fill(CY& out, CY value) noexcept { out = value; }
 };
 
 template <>

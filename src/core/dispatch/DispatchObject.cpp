@@ -57,6 +57,16 @@ TypeOf describe(ITypeInfo* info, const TYPEDESC& declared) noexcept {
     ComPtr<ITypeInfo> ref;
     TYPEATTR* attr = nullptr;
     if (FAILED(info->GetRefTypeInfo(t->hreftype, ref.put())) || FAILED(ref->GetTypeAttr(&attr))) return TypeOf{};
+    // An alias of another declared type (IPictureDisp names the Picture dispinterface)
+    // stands for that type.
+    for (int depth = 0; attr->typekind == TKIND_ALIAS && attr->tdescAlias.vt == VT_USERDEFINED && depth < 8; ++depth) {
+        ComPtr<ITypeInfo> next;
+        const HRESULT hr = ref->GetRefTypeInfo(attr->tdescAlias.hreftype, next.put());
+        ref->ReleaseTypeAttr(attr);
+        attr = nullptr;
+        if (FAILED(hr) || FAILED(next->GetTypeAttr(&attr))) return TypeOf{};
+        ref = std::move(next);
+    }
     switch (attr->typekind) {
     case TKIND_ENUM:
         if (!objectRef) r.type = VT_I4;
@@ -276,12 +286,12 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
         const UINT at = source[i];
         const VARTYPE type = p.completable();
         if (type == VT_EMPTY) return Pass;
-        if (at == noPosition || omitted(params->rgvarg[at])) return p.hasDefault ? Default : Pass;
+        if (at == noPosition) return p.hasDefault ? Default : Pass;
+        // A missing-argument marker passed for a Variant the member may write into is
+        // passed as a copy of the marker: nothing the member writes is converted back.
+        if (omitted(params->rgvarg[at])) return p.hasDefault ? Default : type == VT_VARIANT ? Copied : Pass;
         const VARIANT& arg = params->rgvarg[at];
-        // Empty passed as a value where a Variant reference is declared: the call may fill
-        // it (with an array of objects, say) but an Empty argument cannot take the result
-        // back, so the call fills a copy, which this base frees afterwards.
-        if (type == VT_VARIANT) return V_VT(&arg) == VT_EMPTY ? Copied : Pass;
+        if (type == VT_VARIANT) return V_VT(&arg) & VT_BYREF ? Pass : Copied;
         if (V_VT(&arg) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(&arg)) return Typed;
         if (!(V_VT(&arg) & VT_BYREF) && V_VT(&arg) != type) return Copied;
         return Pass;

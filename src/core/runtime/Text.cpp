@@ -26,7 +26,15 @@ std::wstring comparable(std::wstring_view s, Compare mode) {
 
 std::wstring lower(std::wstring_view s) { return mapCase(LOCALE_USER_DEFAULT, LCMAP_LOWERCASE, s); }
 std::wstring upper(std::wstring_view s) { return mapCase(LOCALE_USER_DEFAULT, LCMAP_UPPERCASE, s); }
-std::wstring foldCase(std::wstring_view s) { return mapCase(LOCALE_INVARIANT, LCMAP_LOWERCASE, s); }
+std::wstring foldCase(std::wstring_view s) {
+    // Plain ASCII (most keys) folds A-Z alone; anything else goes to the system's table.
+    std::wstring out(s);
+    for (wchar_t& c : out) {
+        if (c >= 0x80) return mapCase(LOCALE_INVARIANT, LCMAP_LOWERCASE, s);
+        if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c + (L'a' - L'A'));
+    }
+    return out;
+}
 
 bool equalText(std::wstring_view a, std::wstring_view b, Compare mode) {
     if (mode == Compare::Binary) return a == b;

@@ -191,3 +191,19 @@ void writeBack(VARIANT& param, const VARIANT& value) {
 }
 
 }  // namespace vx
+
+namespace vx {
+
+void moveBack(VARIANT& param, Variant value) {
+    VARIANT* target = &param;
+    for (int depth = 0; depth < 8 && V_VT(target) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(target); ++depth)
+        target = V_VARIANTREF(target);
+    if (V_VT(target) & VT_BYREF) {
+        writeBack(param, *value);
+        return;
+    }
+    if (FAILED(VariantClear(target))) raise(10);  // This array is fixed or temporarily locked
+    *target = value.detach();
+}
+
+}  // namespace vx

@@ -109,5 +109,9 @@ void assignToReference(VARIANT& arg, const VARIANT& value);
 // Writes value into an [in, out] Variant parameter: through it into the host's variable
 // when the argument is a reference, otherwise into the argument itself.
 void writeBack(VARIANT& param, const VARIANT& value);
+// The same without a copy (for large arrays): the value moves into the host's variable or
+// into the parameter itself; only a typed reference gets a converted copy. What the
+// variable held is released first; an array the host has locked there is error 10.
+void moveBack(VARIANT& param, Variant value);
 
 }  // namespace vx

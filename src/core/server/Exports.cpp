@@ -1,4 +1,5 @@
-// The four exports of an in-process automation server.
+// The four exports of an in-process automation server, and DllInstall for a registration
+// of the current user's own (regsvr32 /n /i:user).
 #include "core/server/ClassFactory.h"
 #include "core/runtime/Module.h"
 #include "core/server/Registration.h"
@@ -21,5 +22,7 @@ HRESULT STDAPICALLTYPE DllCanUnloadNow() { return vx::module::canUnload() ? S_OK
 HRESULT STDAPICALLTYPE DllRegisterServer() { return vx::registerServer(); }
 
 HRESULT STDAPICALLTYPE DllUnregisterServer() { return vx::unregisterServer(); }
+
+HRESULT STDAPICALLTYPE DllInstall(BOOL install, LPCWSTR commandLine) { return vx::install(install != FALSE, commandLine); }
 
 }  // extern "C"

@@ -15,6 +15,11 @@
 #include "desktop/RunShell.h"
 #include "desktop/SystemProcess.h"
 #include "desktop/VolumeSetting.h"
+#include "files/DriveInfo.h"
+#include "files/FileSystem.h"
+#include "files/RecycleBin.h"
+#include "files/TypeFileDetails.h"
+#include "files/TypeFileSys.h"
 #include "network/MakeAccount.h"
 #include "network/Network.h"
 #include "registry/Reg.h"
@@ -64,6 +69,11 @@ const ClassEntry roster[] = {
     classLine<Launcher>(),
     classLine<SystemProcess>(),
     classLine<VolumeSetting>(),
+    classLine<FileSystem>(),
+    classLine<TypeFileSys>(),
+    classLine<DriveInfo>(),
+    classLine<RecycleBin>(),
+    classLine<TypeFileDetails>(),
     classLine<Network>(),
     classLine<MakeAccount>(),
 };
