@@ -12,7 +12,7 @@
 #include "files/FileApi.h"
 #include "files/FileSearch.h"
 #include "files/RecycleBin.h"
-#include "files/SpecialFolders.h"
+#include "files/ProfileFolders.h"
 #include "files/TextLines.h"
 #include "files/TypeFileDetails.h"
 #include "files/TypeFileSys.h"

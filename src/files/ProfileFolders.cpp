@@ -1,4 +1,4 @@
-#include "files/SpecialFolders.h"
+#include "files/ProfileFolders.h"
 
 #include "core/runtime/Ansi.h"
 #include "core/runtime/Convert.h"
