@@ -83,7 +83,8 @@ WScript.Echo "wFile: " & fs.wFile(notes & "\wide.txt").Size & " bytes"  ' 2 for 
 ' A drive: sizes as Currency (exact above 2 GB too), label, file system, serial number.
 Set d = fs.GoDrive                                                      ' the system's drive
 WScript.Echo "Drive " & d.RootDrive & ": " & d.Caption & ", " & d.FileSystem & ", has bytes: " & (d.TotalBytes > 0)
-WScript.Echo "Used is total minus free: " & (d.TotalBytesTotalFreeBytes = d.TotalBytes - d.TotalFreeBytes)
+WScript.Echo "Used: " & FormatNumber(d.TotalBytesTotalFreeBytes / 2^30, 1) & " GB of " & _
+    FormatNumber(d.TotalBytes / 2^30, 1) & " GB"                      ' used is total minus free
 
 ' The recycle bin is only read here: GoEmptyFile would empty every drive's bin unasked.
 Set bin = fs.GoRecBin
