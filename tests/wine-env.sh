@@ -25,10 +25,12 @@ export WINEDEBUG=${WINEDEBUG:--all}
 # wait (for good, under qemu), is switched off, so a crash ends its test at once.
 export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-"winedbg.exe,mscoree,mshtml,winemenubuilder.exe="}
 # What Wine keeps in the user's own folders stays inside the prefix: the recycle bin (a
-# delete with undo goes to $XDG_DATA_HOME/Trash), and the sound configuration, which
-# gives Wine one silent ALSA device, so that mixer tests never reach the machine's sound.
+# delete with undo goes to $XDG_DATA_HOME/Trash), the sound configuration, which gives
+# Wine one silent ALSA device, so that mixer tests never reach the machine's sound, and
+# the profile's Desktop and Documents, which a new prefix links to the home folder.
+export HOME=$WINEPREFIX/home XDG_CACHE_HOME=$WINEPREFIX/xdg/cache
 export XDG_DATA_HOME=$WINEPREFIX/xdg/data XDG_CONFIG_HOME=$WINEPREFIX/xdg/config
-mkdir -p "$XDG_DATA_HOME" "$XDG_CONFIG_HOME/alsa"
+mkdir -p "$HOME" "$XDG_DATA_HOME" "$XDG_CONFIG_HOME/alsa"
 [ -f "$XDG_CONFIG_HOME/alsa/asoundrc" ] || printf 'pcm.!default { type null }\n' >"$XDG_CONFIG_HOME/alsa/asoundrc"
 export TZ=UTC
 # Wine reads the locale from these; they are set for Wine only (the Linux locale need
