@@ -6,6 +6,7 @@
 #include "core/runtime/LateBound.h"
 #include "core/runtime/MessageLoop.h"
 #include "core/runtime/SafeArray.h"
+#include "core/runtime/SmallVector.h"
 #include "core/runtime/Text.h"
 
 #include "TestSupport.h"
@@ -74,6 +75,24 @@ TEST(Variant, MissingMarkersAndReferences) {
     Variant byValue = Variant::fromLong(5);  // a value argument is left alone
     assignToReference(*byValue.get(), *Variant::fromLong(6));
     EXPECT_EQ(vxtest::longOf(byValue), 5);
+}
+
+// The dispatch layer's per-call lists: inside the object up to their size, on the heap
+// beyond it, with the elements (texts owned by Variants) carried over unharmed.
+TEST(SmallVector, KeepsItsElementsWhenItOutgrowsItsOwnRoom) {
+    SmallVector<Variant, 2> values;
+    const Variant* inside = values.data();
+    for (int i = 0; i < 5; ++i) values.push_back(Variant::fromText(L"text " + std::to_wstring(i)));
+    ASSERT_EQ(values.size(), 5u);
+    EXPECT_NE(values.data(), inside);
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(viewOf(V_BSTR(values[i].get())), L"text " + std::to_wstring(i));
+    values.assign(3, Variant::fromLong(7));  // a new size: the texts go, the room stays
+    ASSERT_EQ(values.size(), 3u);
+    EXPECT_EQ(V_I4(values.back().get()), 7);
+    SmallVector<VARIANTARG*, 4> pointers(4);  // value-initialised, as a vector's
+    for (VARIANTARG* p : pointers) EXPECT_EQ(p, nullptr);
+    values.clear();
+    EXPECT_TRUE(values.empty());
 }
 
 TEST(SafeArray, ReadsArraysOfAnyElementTypeAndShape) {

@@ -232,7 +232,7 @@ HRESULT CallArguments::complete(const CallPlan::Member& member, DISPPARAMS* para
     const UINT positional = params->cArgs - params->cNamedArgs;
     if (positional > callable) return DISP_E_BADPARAMCOUNT;  // surplus: refused, never passed on
     // Where each parameter's argument is in the caller's rgvarg, if given.
-    std::vector<UINT> source;
+    SmallVector<UINT, inlineArguments> source;
     try {
         source.assign(count, noPosition);
     } catch (...) {
@@ -411,10 +411,11 @@ HRESULT callDirect(const CallPlan::Member& member, IUnknown* object, const DISPP
     try {
         const bool hasResult = member.result.type != VT_EMPTY;
         const UINT total = count + (hasResult ? 1 : 0);
-        std::vector<Variant> values(total);  // what is passed, by value or as the storage a pointer points to
-        std::vector<VARIANT> passed(total);
-        std::vector<VARIANTARG*> pointers(total);
-        std::vector<VARTYPE> types(total);
+        constexpr std::size_t room = CallArguments::inlineArguments + 1;  // the arguments and the result
+        SmallVector<Variant, room> values(total);  // what is passed, by value or as the storage a pointer points to
+        SmallVector<VARIANT, room> passed(total);
+        SmallVector<VARIANTARG*, room> pointers(total);
+        SmallVector<VARTYPE, room> types(total);
         auto byPointer = [&](UINT i, void* p) {
             V_VT(&passed[i]) = VT_BYREF | VT_I4;  // a pointer, whatever it points to
             V_BYREF(&passed[i]) = p;

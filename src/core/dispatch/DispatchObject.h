@@ -14,6 +14,7 @@
 #include "core/dispatch/TypeLibrary.h"
 #include "core/runtime/ComPtr.h"
 #include "core/runtime/Variant.h"
+#include "core/runtime/SmallVector.h"
 #include "core/runtime/Module.h"
 
 #include "core/runtime/Platform.h"
@@ -87,6 +88,8 @@ public:
     CallArguments& operator=(const CallArguments&) = delete;
 
     static constexpr UINT noPosition = 0xFFFFFFFFu;
+    // Room for the arguments of any member of the library without a heap allocation.
+    static constexpr std::size_t inlineArguments = 12;
     // Checks and completes params for member. On success *out holds the parameters to
     // pass (they live as long as this); a failure is the HRESULT to hand to the host,
     // with *position the caller's argument at fault (or noPosition).
@@ -102,10 +105,10 @@ private:
         size_t value;       // its value in the parameter's type, in values_
         Variant before;
     };
-    std::vector<VARIANT> args_;
-    std::vector<UINT> origin_;  // for each of args_, the caller's argument it is, or noPosition
-    std::vector<Variant> values_;
-    std::vector<WriteBack> writeBacks_;
+    SmallVector<VARIANT, inlineArguments> args_;
+    SmallVector<UINT, inlineArguments> origin_;  // for each of args_, the caller's argument it is, or noPosition
+    SmallVector<Variant, inlineArguments> values_;
+    SmallVector<WriteBack, inlineArguments> writeBacks_;
     DISPPARAMS* caller_ = nullptr;
     DISPID putId_ = DISPID_PROPERTYPUT;
     DISPPARAMS completed_{};
