@@ -8,14 +8,6 @@ Set fs = CreateObject("Vx_Main.Ds_FileSystem")
 Set sh = CreateObject("WScript.Shell")
 httpDir = Replace(sh.ExpandEnvironmentStrings("%VX_HTTP_DIR%"), Chr(0), "")
 
-Function ReadText(path)
-    Dim s
-    ReadText = ""
-    If gFso.GetFile(path).Size = 0 Then Exit Function
-    Set s = gFso.OpenTextFile(path, 1, False, 0)
-    ReadText = s.ReadAll
-    s.Close
-End Function
 Function FirstLine(path)
     Dim s
     Set s = gFso.OpenTextFile(path, 1, False, 0)

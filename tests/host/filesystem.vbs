@@ -16,14 +16,6 @@ Sub WriteText(path, text)
     s.Write text
     s.Close
 End Sub
-Function ReadText(path)
-    Dim s
-    ReadText = ""
-    If gFso.GetFile(path).Size = 0 Then Exit Function
-    Set s = gFso.OpenTextFile(path, 1, False, 0)
-    ReadText = s.ReadAll
-    s.Close
-End Function
 Function Env(name)
     Env = Replace(sh.ExpandEnvironmentStrings("%" & name & "%"), Chr(0), "")
 End Function

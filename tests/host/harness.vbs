@@ -104,6 +104,16 @@ Function T(key)
     End If
 End Function
 
+' The whole of a file in the ANSI code page ("" when it is empty).
+Function ReadText(path)
+    Dim s
+    ReadText = ""
+    If gFso.GetFile(path).Size = 0 Then Exit Function
+    Set s = gFso.OpenTextFile(path, 1, False, 0)
+    ReadText = s.ReadAll
+    s.Close
+End Function
+
 Sub Finish()
     WScript.Echo gPassed & " passed, " & gFailed & " failed"
     If gFailed > 0 Then WScript.Quit 1
