@@ -9,6 +9,7 @@
 #include "core/runtime/Text.h"
 #include "text/Display.h"
 
+#include "FakeDispatch.h"
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
@@ -25,7 +26,7 @@ namespace {
 
 // A host program's form or control: named properties (names ignore case), no type
 // information. A property it lacks is unknown to it.
-class Bag : public IDispatch {
+class Bag : public vxtest::Counted<IDispatch> {
 public:
     static ComPtr<Bag> make(std::vector<std::pair<std::wstring, Variant>> properties) {
         ComPtr<Bag> bag = ComPtr<Bag>::adopt(new Bag);
@@ -39,18 +40,6 @@ public:
         return properties_.back().second;
     }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IDispatch)) return *out = nullptr, E_NOINTERFACE;
-        *out = static_cast<IDispatch*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG n = --refs_;
-        if (!n) delete this;
-        return n;
-    }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { return *n = 0, S_OK; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* id) override {
@@ -72,8 +61,7 @@ public:
 
 private:
     Bag() = default;
-    virtual ~Bag() = default;
-    ULONG refs_ = 1;
+    ~Bag() override = default;
     std::vector<std::pair<std::wstring, Variant>> properties_;
 };
 

@@ -8,6 +8,7 @@
 #include "core/runtime/Services.h"
 #include "text/XML.h"
 
+#include "FakeDispatch.h"
 #include "TestSupport.h"
 #include "Vx_Main.h"
 
@@ -26,22 +27,13 @@ Variant text(const wchar_t* s) { return Variant::fromText(s); }
 
 // Stands in for a DOM that refuses the XPath selection language: it names no members,
 // but hands out the real document's interfaces.
-class NoXPath : public IDispatch {
+class NoXPath : public vxtest::Counted<IDispatch> {
 public:
     explicit NoXPath(IDispatch* real) : real_(real) {}
+    // Its own IUnknown and IDispatch; every other interface is the real document's.
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
-        if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch)) {
-            *out = static_cast<IDispatch*>(this);
-            AddRef();
-            return S_OK;
-        }
+        if (IsEqualIID(iid, IID_IUnknown) || IsEqualIID(iid, IID_IDispatch)) return Counted::QueryInterface(iid, out);
         return real_->QueryInterface(iid, out);
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++refs_; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG n = --refs_;
-        if (!n) delete this;
-        return n;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* n) override { return *n = 0, S_OK; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -51,9 +43,8 @@ public:
     }
 
 private:
-    virtual ~NoXPath() = default;
+    ~NoXPath() override = default;
     ComPtr<IDispatch> real_;
-    ULONG refs_ = 1;
 };
 
 // A binding seam that records the names asked for and refuses those listed; refuseXPath
